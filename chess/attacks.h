@@ -18,25 +18,25 @@ namespace detail {
 // Squares from (file, rank) stepping by (fileStep, rankStep) up to the edge,
 // stopping after the first occupied square; the start square is excluded.
 constexpr Bitboard slide(int file, int rank, int fileStep, int rankStep, Bitboard occupied) {
-  Bitboard reached = 0;
-  for (file += fileStep, rank += rankStep; onBoard(file, rank); file += fileStep, rank += rankStep) {
-    Square square = makeSquare(file, rank);
-    reached |= squareBit(square);
-    if (contains(occupied, square)) break;
-  }
-  return reached;
+    Bitboard reached = 0;
+    for (file += fileStep, rank += rankStep; onBoard(file, rank); file += fileStep, rank += rankStep) {
+        Square square = makeSquare(file, rank);
+        reached |= squareBit(square);
+        if (contains(occupied, square)) break;
+    }
+    return reached;
 }
 
 template <std::size_t N>
 constexpr std::array<Bitboard, 64> leaperTable(const int (&steps)[N][2]) {
-  std::array<Bitboard, 64> table{};
-  for (int square = 0; square < 64; ++square) {
-    for (const auto& step : steps) {
-      int file = fileOf(Square(square)) + step[0], rank = rankOf(Square(square)) + step[1];
-      if (onBoard(file, rank)) table[square] |= squareBit(makeSquare(file, rank));
+    std::array<Bitboard, 64> table{};
+    for (int square = 0; square < 64; ++square) {
+        for (const auto& step : steps) {
+            int file = fileOf(Square(square)) + step[0], rank = rankOf(Square(square)) + step[1];
+            if (onBoard(file, rank)) table[square] |= squareBit(makeSquare(file, rank));
+        }
     }
-  }
-  return table;
+    return table;
 }
 
 constexpr int knightSteps[8][2] = {{1, 2}, {2, 1}, {2, -1}, {1, -2}, {-1, -2}, {-2, -1}, {-2, 1}, {-1, 2}};
@@ -45,11 +45,12 @@ constexpr int whitePawnSteps[2][2] = {{-1, 1}, {1, 1}};
 constexpr int blackPawnSteps[2][2] = {{-1, -1}, {1, -1}};
 
 constexpr std::array<std::array<Bitboard, 64>, rayDirectionCount> rayTable() {
-  std::array<std::array<Bitboard, 64>, rayDirectionCount> table{};
-  for (int ray = 0; ray < rayDirectionCount; ++ray)
-    for (int square = 0; square < 64; ++square)
-      table[ray][square] = slide(fileOf(Square(square)), rankOf(Square(square)), rayFileStep[ray], rayRankStep[ray], 0);
-  return table;
+    std::array<std::array<Bitboard, 64>, rayDirectionCount> table{};
+    for (int ray = 0; ray < rayDirectionCount; ++ray)
+        for (int square = 0; square < 64; ++square)
+            table[ray][square] =
+                slide(fileOf(Square(square)), rankOf(Square(square)), rayFileStep[ray], rayRankStep[ray], 0);
+    return table;
 }
 
 }  // namespace detail
@@ -76,9 +77,9 @@ inline constexpr int lineKindCount = 4;
 // edge square is always reached whether occupied or not, so it cannot change
 // the result. That keeps every mask at six bits or fewer.
 struct LineLookup {
-  Bitboard mask;
-  uint64_t multiplier;
-  std::array<Bitboard, 64> attacks;
+    Bitboard mask;
+    uint64_t multiplier;
+    std::array<Bitboard, 64> attacks;
 };
 
 // Indexed [square][kind] so that the two lines of a rook or bishop lookup sit
@@ -88,21 +89,21 @@ struct LineLookup {
 extern const std::array<std::array<LineLookup, lineKindCount>, 64> lineLookups;
 
 inline Bitboard lineAttacks(LineKind kind, Square square, Bitboard occupancy) {
-  const LineLookup& line = lineLookups[square][static_cast<std::size_t>(kind)];
-  return line.attacks[((occupancy & line.mask) * line.multiplier) >> 58];
+    const LineLookup& line = lineLookups[square][static_cast<std::size_t>(kind)];
+    return line.attacks[((occupancy & line.mask) * line.multiplier) >> 58];
 }
 
 inline Bitboard rookAttacks(Square square, Bitboard occupancy) {
-  return lineAttacks(LineKind::File, square, occupancy) | lineAttacks(LineKind::Rank, square, occupancy);
+    return lineAttacks(LineKind::File, square, occupancy) | lineAttacks(LineKind::Rank, square, occupancy);
 }
 
 inline Bitboard bishopAttacks(Square square, Bitboard occupancy) {
-  return lineAttacks(LineKind::Diagonal, square, occupancy) |
-         lineAttacks(LineKind::AntiDiagonal, square, occupancy);
+    return lineAttacks(LineKind::Diagonal, square, occupancy) |
+           lineAttacks(LineKind::AntiDiagonal, square, occupancy);
 }
 
 inline Bitboard queenAttacks(Square square, Bitboard occupancy) {
-  return rookAttacks(square, occupancy) | bishopAttacks(square, occupancy);
+    return rookAttacks(square, occupancy) | bishopAttacks(square, occupancy);
 }
 
 }  // namespace tarnfold

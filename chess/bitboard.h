@@ -32,9 +32,9 @@ constexpr bool moreThanOne(Bitboard set) { return clearLowest(set) != 0; }
 
 // Removes the lowest square from the set and returns it.
 constexpr Square popLowest(Bitboard& set) {
-  Square square = lowestSquare(set);
-  set = clearLowest(set);
-  return square;
+    Square square = lowestSquare(set);
+    set = clearLowest(set);
+    return square;
 }
 
 }  // namespace tarnfold

@@ -15,7 +15,8 @@ namespace tarnfold {
 constexpr uint64_t pieceSquareKey(Piece piece, Square square) { return random64[64 * piece + square]; }
 
 // White short, White long, Black short, Black long.
-inline constexpr std::array<uint64_t, 4> castlingKey = {random64[768], random64[769], random64[770], random64[771]};
+inline constexpr std::array<uint64_t, 4> castlingKey = {random64[768], random64[769], random64[770],
+                                                        random64[771]};
 
 constexpr uint64_t enPassantKey(int file) { return random64[772 + file]; }
 

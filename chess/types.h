@@ -42,7 +42,7 @@ constexpr int rankOf(Square square) { return square >> 3; }
 constexpr Square makeSquare(int file, int rank) { return Square(rank * 8 + file); }
 constexpr bool onBoard(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
 constexpr SquareColor squareColor(Square square) {
-  return ((fileOf(square) + rankOf(square)) & 1) ? light : dark;
+    return ((fileOf(square) + rankOf(square)) & 1) ? light : dark;
 }
 constexpr Square& operator++(Square& square) { return square = Square(square + 1); }
 
@@ -54,19 +54,19 @@ constexpr PieceType& operator++(PieceType& type) { return type = PieceType(type 
 // (black before white), which the key table depends on. The colour bit is
 // therefore the inverse of Color.
 enum Piece : uint8_t {
-  BlackPawn = 0,
-  WhitePawn = 1,
-  BlackKnight = 2,
-  WhiteKnight = 3,
-  BlackBishop = 4,
-  WhiteBishop = 5,
-  BlackRook = 6,
-  WhiteRook = 7,
-  BlackQueen = 8,
-  WhiteQueen = 9,
-  BlackKing = 10,
-  WhiteKing = 11,
-  NoPiece = 12
+    BlackPawn = 0,
+    WhitePawn = 1,
+    BlackKnight = 2,
+    WhiteKnight = 3,
+    BlackBishop = 4,
+    WhiteBishop = 5,
+    BlackRook = 6,
+    WhiteRook = 7,
+    BlackQueen = 8,
+    WhiteQueen = 9,
+    BlackKing = 10,
+    WhiteKing = 11,
+    NoPiece = 12
 };
 
 constexpr Piece makePiece(PieceType type, Color color) { return Piece(2 * type + (color == White ? 1 : 0)); }
@@ -79,21 +79,21 @@ constexpr Piece& operator++(Piece& piece) { return piece = Piece(piece + 1); }
 // and rays 0 to 3 run towards higher square numbers, so the nearest piece on
 // them is the lowest set bit of ray & occupied (the highest for 4 to 7).
 enum Direction : uint8_t {
-  Right = 0,
-  Up = 1,
-  NorthEast = 2,
-  NorthWest = 3,
-  Left = 4,
-  Down = 5,
-  SouthWest = 6,
-  SouthEast = 7,
-  Diagonal = 8,
-  MainDiagonal = 9,
-  OffDiagonal = 10,
-  Orthogonal = 11,
-  Vertical = 12,
-  Horizontal = 13,
-  AnyDirection = 14
+    Right = 0,
+    Up = 1,
+    NorthEast = 2,
+    NorthWest = 3,
+    Left = 4,
+    Down = 5,
+    SouthWest = 6,
+    SouthEast = 7,
+    Diagonal = 8,
+    MainDiagonal = 9,
+    OffDiagonal = 10,
+    Orthogonal = 11,
+    Vertical = 12,
+    Horizontal = 13,
+    AnyDirection = 14
 };
 
 inline constexpr int rayDirectionCount = 8;

@@ -59,16 +59,16 @@ constexpr std::pair<std::string_view, Variant> acceptedNames[] = {
 }  // namespace
 
 std::string_view variantName(Variant variant) {
-  return variant < variantNames.size() ? variantNames[variant] : "???";
+    return variant < variantNames.size() ? variantNames[variant] : "???";
 }
 
 Variant variantFromName(std::string text) {
-  // ASCII only: the accepted names are, and a locale must not change the answer.
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
-  for (const auto& [name, variant] : acceptedNames)
-    if (name == text) return variant;
-  return Unknown;
+    // ASCII only: the accepted names are, and a locale must not change the answer.
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? char(c - 'A' + 'a') : c; });
+    for (const auto& [name, variant] : acceptedNames)
+        if (name == text) return variant;
+    return Unknown;
 }
 
 }  // namespace tarnfold

@@ -10,18 +10,18 @@
 namespace tarnfold {
 
 enum Variant : uint32_t {
-  Standard = 0,
-  Crazyhouse = 1,
-  Chess960 = 2,
-  Horde = 3,
-  KingOfTheHill = 4,
-  ThreeCheck = 5,
-  Suicide = 6,
-  Giveaway = 7,
-  Losers = 8,
-  Atomic = 9,
-  RacingKings = 10,
-  Unknown = 11
+    Standard = 0,
+    Crazyhouse = 1,
+    Chess960 = 2,
+    Horde = 3,
+    KingOfTheHill = 4,
+    ThreeCheck = 5,
+    Suicide = 6,
+    Giveaway = 7,
+    Losers = 8,
+    Atomic = 9,
+    RacingKings = 10,
+    Unknown = 11
 };
 
 // The printed name; "???" for a value above Unknown.

@@ -122,8 +122,8 @@ constexpr FlagOption flagOptions[] = {
 
 // Transforms wrap the rest of the query: their closing brace comes last.
 constexpr const char* transformOptions[] = {
-    "flip", "flipcolor", "fliphorizontal", "flipvertical", "reversecolor",
-    "rotate45", "rotate90", "shift", "shifthorizontal", "shiftvertical",
+    "flip",     "flipcolor", "fliphorizontal", "flipvertical",    "reversecolor",
+    "rotate45", "rotate90",  "shift",          "shifthorizontal", "shiftvertical",
 };
 
 struct TagOption {
@@ -214,8 +214,8 @@ private:
     const std::vector<std::string>& args_;
     ZMFDriverOptions& options_;
     std::string& error_;
-    std::size_t index_ = 0;        // the last argument taken
-    std::size_t optionIndex_ = 0;  // the option that took it
+    std::size_t index_ = 0;                // the last argument taken
+    std::size_t optionIndex_ = 0;          // the option that took it
     std::vector<std::size_t> openBraces_;  // segment indices of transforms, in opening order
     bool queryRead_ = false;
 };
@@ -426,7 +426,8 @@ bool CommandLineParser::gameNumber() {
     if (!hasArgument(1)) return fail(missing());
     Number first = readNumber(argument(1));
     if (!first.whole || !first.inRange || first.value < 1)
-        return fail("argument to " + quoted() + " option must be an integer greater than 0 (game numbers start at 1)");
+        return fail("argument to " + quoted() +
+                    " option must be an integer greater than 0 (game numbers start at 1)");
     options_.gameNumberFirst = options_.gameNumberLast = static_cast<std::uint32_t>(first.value);
     options_.gameNumberGiven = true;
     if (hasArgument(2)) {

@@ -35,7 +35,8 @@ void printDiagnostics(const std::vector<Message>& messages, const QuerySource& s
     // A note belongs to the message before it and shares its fate.
     bool lastShown = false;
     for (const Message& message : messages) {
-        bool shown = message.level == MessageLevel::Note ? lastShown : isMessageShown(message.level, warnLevel);
+        bool shown =
+            message.level == MessageLevel::Note ? lastShown : isMessageShown(message.level, warnLevel);
         if (message.level != MessageLevel::Note) lastShown = shown;
         if (!shown) continue;
         out << renderMessage(source, message) << "\n";

@@ -10,7 +10,10 @@ namespace tarnfold::zmf {
 
 ZMFiErrorRenderer::ZMFiErrorRenderer(const QuerySource* source, std::mutex* consoleMutex, int workerNumber,
                                      GameContext gameContext)
-    : source_(source), mutex_(consoleMutex), workerNumber_(workerNumber), gameContext_(std::move(gameContext)) {}
+    : source_(source),
+      mutex_(consoleMutex),
+      workerNumber_(workerNumber),
+      gameContext_(std::move(gameContext)) {}
 
 std::string ZMFiErrorRenderer::reportText(const ZMFEngine* engineContext, const Message& message) const {
     // A warning at run time has no source lines.

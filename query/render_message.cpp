@@ -99,7 +99,8 @@ std::string renderMessage(const QuerySource& source, const Message& message) {
         marker = marker.substr(start, kWindow);
         // The mark goes behind the last character shown, not behind the
         // line's own LF when the window happens to reach it.
-        if (tailMark) shownLine.insert(shownLine.back() == '\n' ? shownLine.size() - 1 : shownLine.size(), " ...");
+        if (tailMark)
+            shownLine.insert(shownLine.back() == '\n' ? shownLine.size() - 1 : shownLine.size(), " ...");
         // Only a caret beyond the lead moves the window off the line's start;
         // a window shifted back from the end still starts beyond it.
         if (caret > kCaretLead) {

@@ -31,9 +31,7 @@ struct FileCloser {
 using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
 }  // namespace
 
-bool fileExists(const std::string& name) {
-    return FileHandle(std::fopen(name.c_str(), "rb")) != nullptr;
-}
+bool fileExists(const std::string& name) { return FileHandle(std::fopen(name.c_str(), "rb")) != nullptr; }
 
 std::string resolveFile(const std::string& name, const std::vector<std::string>& pathList) {
     if (!name.empty() && name.front() == '/') return name;

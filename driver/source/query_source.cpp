@@ -47,9 +47,7 @@ const SourceEntry* QuerySource::entryAt(Offset offset) const {
     return sources_.empty() ? nullptr : &sources_.back();
 }
 
-Offset QuerySource::capped(Offset offset) const {
-    return std::min<Offset>(offset, text_.size() - 1);
-}
+Offset QuerySource::capped(Offset offset) const { return std::min<Offset>(offset, text_.size() - 1); }
 
 std::size_t QuerySource::lineIndexAt(Offset offset) const {
     auto after = std::upper_bound(lines_.begin(), lines_.end(), offset,

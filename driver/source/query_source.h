@@ -27,7 +27,7 @@ std::string locationText(const SourceLocation& location);
 struct SourceEntry {
     std::string name;
     Offset firstOffset = 0;
-    std::size_t firstLine = 0;    // index into the line table
+    std::size_t firstLine = 0;      // index into the line table
     std::uint64_t startColumn = 0;  // bytes of its first line that belong to earlier pieces
     std::uint64_t length = 0;
     std::size_t ordinal = 0;

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
+#include <regex>
 #include <thread>
 
 namespace tarnfold::zmf {
@@ -130,8 +132,9 @@ TEST(CommandLine, RangesTakeASecondNumberOnlyWhenItIsWhollyANumber) {
               "second argument to '--gamenumber' option cannot be smaller than first argument");
     EXPECT_EQ(errorOf({"--gamenumber", "5", "-3"}),
               "second argument to '--gamenumber' option must be an integer greater than 0");
-    EXPECT_EQ(errorOf({"--gamenumber", "0"}),
-              "argument to '--gamenumber' option must be an integer greater than 0 (game numbers start at 1)");
+    EXPECT_EQ(
+        errorOf({"--gamenumber", "0"}),
+        "argument to '--gamenumber' option must be an integer greater than 0 (game numbers start at 1)");
     games = parse({"--gamenumber", "5", "--quiet"});
     EXPECT_EQ(games.options.gameNumberLast, 5u);
     EXPECT_TRUE(games.options.quiet);
@@ -147,7 +150,8 @@ TEST(CommandLine, RangesTakeASecondNumberOnlyWhenItIsWhollyANumber) {
               "second argument to '--matchcount' option cannot be smaller than first argument");
     EXPECT_EQ(errorOf({"--matchcount", "3", "-1"}),
               "second argument to '--matchcount' option must be a non-negative integer");
-    EXPECT_EQ(errorOf({"--matchcount", "-1"}), "argument to '--matchcount' option must be a non-negative integer");
+    EXPECT_EQ(errorOf({"--matchcount", "-1"}),
+              "argument to '--matchcount' option must be a non-negative integer");
 
     EXPECT_EQ(textOf({"--year", "1990"}), "{year == 1990}true");
     EXPECT_EQ(textOf({"--year", "1990", "2000"}), "{1990 <= year <= 2000}true");
@@ -163,13 +167,15 @@ TEST(CommandLine, PipeTimeoutLaterMayNotExceedTheFirst) {
     auto timeouts = [](std::vector<std::string> arguments) {
         Parsed parsed = parse(std::move(arguments));
         EXPECT_TRUE(parsed.ok) << parsed.error;
-        return std::to_string(parsed.options.pipeTimeoutFirst) + "/" + std::to_string(parsed.options.pipeTimeoutLater);
+        return std::to_string(parsed.options.pipeTimeoutFirst) + "/" +
+               std::to_string(parsed.options.pipeTimeoutLater);
     };
     EXPECT_EQ(timeouts({"--pipetimeout", "100"}), "100/100");
     EXPECT_EQ(timeouts({"--pipetimeout", "100", "50"}), "100/50");
     EXPECT_EQ(timeouts({"--pipetimeout", "0", "200"}), "0/200");
     EXPECT_EQ(timeouts({"--pipetimeout", "0", "0"}), "0/0");
-    std::string larger = "second argument to '--pipetimeout' option cannot specify a larger timeout than the first argument";
+    std::string larger =
+        "second argument to '--pipetimeout' option cannot specify a larger timeout than the first argument";
     EXPECT_EQ(errorOf({"--pipetimeout", "100", "200"}), larger);
     EXPECT_EQ(errorOf({"--pipetimeout", "100", "0"}), larger);
     EXPECT_EQ(errorOf({"--pipetimeout", "100", "-5"}),
@@ -180,32 +186,37 @@ TEST(CommandLine, NumericOptionsRejectAnythingButAWholeNumberInRange) {
     EXPECT_EQ(parse({"--limit", "3"}).options.limit, 3u);
     EXPECT_EQ(errorOf({"--limit"}), "missing argument for '--limit' option");
     for (const char* bad : {"", "3x", "-1", "4294967296", "99999999999999999999999", "0x10"})
-        EXPECT_EQ(errorOf({"--limit", bad}), "argument to '--limit' option must be a non-negative integer") << bad;
+        EXPECT_EQ(errorOf({"--limit", bad}), "argument to '--limit' option must be a non-negative integer")
+            << bad;
     EXPECT_EQ(parse({"--limit", "4294967295"}).options.limit, 4294967295u);
     EXPECT_EQ(errorOf({"--LineIncrement"}), "missing argument for '-lineincrement' option");
-    EXPECT_EQ(errorOf({"--lineincrement", "a"}), "argument to '-lineincrement' option must be a non-negative integer");
+    EXPECT_EQ(errorOf({"--lineincrement", "a"}),
+              "argument to '-lineincrement' option must be a non-negative integer");
     EXPECT_EQ(errorOf({"--threads", "-2"}), "argument to '-threads' option must be a non-negative integer");
     EXPECT_EQ(errorOf({"--threads"}), "missing argument for '-threads' option");
     EXPECT_EQ(errorOf({"--matchstring"}), "missing argument for '-matchstring' option");
     EXPECT_EQ(errorOf({"-w", "4"}), "argument to '-w' option must be an integer between 1 and 3");
     EXPECT_EQ(errorOf({"-w", "0"}), "argument to '-w' option must be an integer between 1 and 3");
-    EXPECT_EQ(errorOf({"--pgnlinewidth", "wide"}), "argument to '--pgnlinewidth' option must be a non-negative integer");
+    EXPECT_EQ(errorOf({"--pgnlinewidth", "wide"}),
+              "argument to '--pgnlinewidth' option must be a non-negative integer");
     EXPECT_EQ(parse({"--warnlevel", "3"}).options.warnLevel, 3u);
     EXPECT_EQ(parse({"--threads", "0"}).options.threads, std::thread::hardware_concurrency());
     EXPECT_EQ(parse({"--threads", "3", "-s"}).options.threads, 0u);
 }
 
 TEST(CommandLine, TagOptionsCheckTheirArgument) {
-    EXPECT_EQ(textOf({"--black", "Carl", "--event", "Open 2020"}), "player black \"Carl\" event \"Open 2020\"true");
+    EXPECT_EQ(textOf({"--black", "Carl", "--event", "Open 2020"}),
+              "player black \"Carl\" event \"Open 2020\"true");
     EXPECT_EQ(errorOf({"--white", ""}), "empty argument for '--white' option");
     EXPECT_EQ(errorOf({"--Site"}), "missing argument for '--Site' option");
     EXPECT_EQ(errorOf({"--fen", "8/8 \"x\""}), "argument for '--fen' option should not contain quotes");
 }
 
 TEST(CommandLine, SwitchesSetTheirFields) {
-    ZMFDriverOptions o = parse({"--nosmartcomments", "--silent", "--mainline", "--elidenags", "--noansicolors",
-                                "--omit-elided-nodes", "--append", "a.pgn", "--noskipunknownvariants"})
-                             .options;
+    ZMFDriverOptions o =
+        parse({"--nosmartcomments", "--silent", "--mainline", "--elidenags", "--noansicolors",
+               "--omit-elided-nodes", "--append", "a.pgn", "--noskipunknownvariants"})
+            .options;
     EXPECT_FALSE(o.smartComments);
     EXPECT_FALSE(o.commitLog);
     EXPECT_TRUE(o.silent && o.quiet);
@@ -227,15 +238,16 @@ TEST(CommandLine, SwitchesSetTheirFields) {
 }
 
 TEST(CommandLine, VariantAliasesNameAKnownVariant) {
-    ZMFDriverOptions o = parse({"--variantalias", "Crazy House", "zhouse", "--variantalias", "atomic", "zhouse",
-                                "--variantalias", "koth", "hill"})
+    ZMFDriverOptions o = parse({"--variantalias", "Crazy House", "zhouse", "--variantalias", "atomic",
+                                "zhouse", "--variantalias", "koth", "hill"})
                              .options;
     ASSERT_EQ(o.variantAliases.size(), 2u);
     EXPECT_EQ(o.variantAliases.at("zhouse"), Variant::Atomic);
     EXPECT_EQ(o.variantAliases.at("hill"), Variant::KingOfTheHill);
     EXPECT_EQ(errorOf({"--variantalias", "wild", "w"}), "unknown variant name 'wild'");
     EXPECT_EQ(errorOf({"--variantalias"}), "missing variant name argument for '--variantalias' option");
-    EXPECT_EQ(errorOf({"--variantalias", "atomic"}), "missing variant alias argument for '--variantalias' option");
+    EXPECT_EQ(errorOf({"--variantalias", "atomic"}),
+              "missing variant alias argument for '--variantalias' option");
 }
 
 TEST(CommandLine, UnknownOptionsAndUnreadableFiles) {
@@ -246,6 +258,123 @@ TEST(CommandLine, UnknownOptionsAndUnreadableFiles) {
     EXPECT_EQ(errorOf({"/nonexistent/q.zmf"}), "");
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "Failed to open ZMF file '/nonexistent/q.zmf': No such file or directory\n");
+}
+
+}  // namespace
+}  // namespace tarnfold::zmf
+
+namespace tarnfold::zmf {
+namespace {
+
+// Random argument vectors drawn from option names, numbers of every shape,
+// empty and non-UTF-8 words: every outcome must be a success with a
+// well-formed query text, or one of the documented messages.
+TEST(CommandLine, AnyArgumentVectorGivesAQueryOrADocumentedMessage) {
+    const std::vector<std::string> words = {"--flip",
+                                            "--ROTATE90",
+                                            "-shift",
+                                            "--white",
+                                            "--Black",
+                                            "--fen",
+                                            "--append",
+                                            "-o",
+                                            "--assign",
+                                            "--zmf",
+                                            "-g",
+                                            "--gamenumber",
+                                            "--limit",
+                                            "--lineincrement",
+                                            "--matchcount",
+                                            "--matchstring",
+                                            "--pipetimeout",
+                                            "--threads",
+                                            "--variantalias",
+                                            "--warnlevel",
+                                            "--year",
+                                            "--wtm",
+                                            "--btm",
+                                            "--virtualmainline",
+                                            "--silent",
+                                            "--help",
+                                            "--parse",
+                                            "--hhdb",
+                                            "--",
+                                            "-",
+                                            "---x",
+                                            "0",
+                                            "1",
+                                            "3",
+                                            "5",
+                                            "-3",
+                                            "+7",
+                                            "4294967296",
+                                            "99999999999999999999",
+                                            "12abc",
+                                            "",
+                                            "x",
+                                            "$v",
+                                            "1x",
+                                            "a b",
+                                            "\"q\"",
+                                            "\xff\xfe",
+                                            "Crazy House",
+                                            "atomic",
+                                            "wild"};
+    const std::vector<std::regex> messages = [] {
+        std::vector<std::regex> list;
+        for (const char* pattern : {
+                 "zmf filename must be the last argument",
+                 "unknown option '.*'",
+                 "missing argument for '.*' option",
+                 "empty argument for '.*' option",
+                 "argument for '.*' option should not contain quotes",
+                 "(second )?argument to '.*' option must be a non-negative integer",
+                 "(second )?argument to '.*' option must be an integer greater than 0( \\(game numbers start "
+                 "at 1\\))?",
+                 "second argument to '.*' option cannot be smaller than first argument",
+                 "second argument to '.*' option cannot specify a larger timeout than the first argument",
+                 "argument to '.*' option must be an integer between 1 and 3",
+                 "missing required variable (name|value) argument for '.*' option",
+                 "variable name argument to '.*' must not be empty",
+                 "invalid variable name '.*' for '.*' option",
+                 "numeric variable value '.*' for '.*' option is out of range",
+                 "missing variant (name|alias) argument for '.*' option",
+                 "unknown variant name '.*'",
+             })
+            list.emplace_back(pattern);
+        return list;
+    }();
+
+    std::mt19937 random(20261121);
+    for (int round = 0; round < 3000; ++round) {
+        std::vector<std::string> arguments(random() % 6);
+        for (std::string& argument : arguments) argument = words[random() % words.size()];
+        testing::internal::CaptureStdout();
+        Parsed parsed = parse(arguments);
+        std::string printed = testing::internal::GetCapturedStdout();
+
+        std::string shown;
+        for (const std::string& argument : arguments) shown += "[" + argument + "] ";
+        if (parsed.ok) {
+            // Without a readable query file: injected text, "true", then one
+            // closing brace per transform.
+            const std::string& text = parsed.options.querySource.text();
+            std::size_t opened = 0;
+            for (char c : text) opened += c == '{';
+            std::size_t closed = 0;
+            for (char c : text) closed += c == '}';
+            EXPECT_EQ(opened, closed) << shown;
+            EXPECT_NE(text.find("true"), std::string::npos) << shown;
+            EXPECT_EQ(printed, "") << shown;
+        } else if (parsed.error.empty()) {
+            EXPECT_TRUE(printed.starts_with("Failed to open ZMF file '")) << shown;
+        } else {
+            bool known = false;
+            for (const std::regex& message : messages)
+                known = known || std::regex_match(parsed.error, message);
+            EXPECT_TRUE(known) << shown << "gave: " << parsed.error;
+        }
+    }
 }
 
 }  // namespace

@@ -9,7 +9,8 @@
 namespace tarnfold::zmf {
 namespace {
 
-std::string printed(const std::vector<Message>& messages, const QuerySource& source, std::uint32_t warnLevel) {
+std::string printed(const std::vector<Message>& messages, const QuerySource& source,
+                    std::uint32_t warnLevel) {
     std::ostringstream out;
     printDiagnostics(messages, source, warnLevel, out);
     return out.str();
@@ -25,9 +26,9 @@ QuerySource plainSource() {
 TEST(PrintDiagnostics, NotesFollowTheFateOfTheMessageBeforeThem) {
     QuerySource source = plainSource();
     std::vector<Message> messages = {
-        makeMessage(MessageLevel::Info, "remark", 0),   makeMessage(MessageLevel::Note, "remark note", 0),
-        makeMessage(MessageLevel::Note, "again", 0),    makeMessage(MessageLevel::Warning, "suspect", 2),
-        makeMessage(MessageLevel::Note, "because", 2),  makeMessage(MessageLevel::Error, "wrong", 2),
+        makeMessage(MessageLevel::Info, "remark", 0),  makeMessage(MessageLevel::Note, "remark note", 0),
+        makeMessage(MessageLevel::Note, "again", 0),   makeMessage(MessageLevel::Warning, "suspect", 2),
+        makeMessage(MessageLevel::Note, "because", 2), makeMessage(MessageLevel::Error, "wrong", 2),
     };
     EXPECT_EQ(printed(messages, source, 2),
               "q.zmf:1:3 warning: suspect\nx y\n  ^\n"

@@ -25,8 +25,7 @@ bool needs_escape(std::string_view line) {
 // The scratch directory is wiped before every run, so nothing a case names
 // may point outside it.
 void check_path(int line, const std::string& path) {
-    if (path.empty() || path.front() == '/')
-        throw ParseError(line, "path must be relative: '" + path + "'");
+    if (path.empty() || path.front() == '/') throw ParseError(line, "path must be relative: '" + path + "'");
     for (const auto& part : std::filesystem::path(path))
         if (part == "..") throw ParseError(line, "path must not contain '..': '" + path + "'");
 }
@@ -54,14 +53,19 @@ std::vector<std::string> split_words(std::string_view text) {
     auto escape = [&](std::string& out) {  // text[i] is the backslash
         if (++i == text.size()) throw std::invalid_argument("backslash at end of line");
         char c = text[i++];
-        if (c == '\\' || c == '"' || c == '\'') out += c;
-        else if (c == 'n') out += '\n';
-        else if (c == 't') out += '\t';
-        else if (unsigned char byte = 0; c == 'x' && i + 2 <= text.size() &&
+        if (c == '\\' || c == '"' || c == '\'')
+            out += c;
+        else if (c == 'n')
+            out += '\n';
+        else if (c == 't')
+            out += '\t';
+        else if (unsigned char byte = 0;
+                 c == 'x' && i + 2 <= text.size() &&
                  std::from_chars(&text[i], &text[i] + 2, byte, 16).ptr == &text[i] + 2) {
             out += static_cast<char>(byte);
             i += 2;
-        } else throw std::invalid_argument(std::string("bad escape \\") + c);
+        } else
+            throw std::invalid_argument(std::string("bad escape \\") + c);
     };
     for (;;) {
         while (i < text.size() && is_blank(text[i])) ++i;
@@ -77,8 +81,10 @@ std::vector<std::string> split_words(std::string_view text) {
                 for (++i;;) {
                     if (i == text.size()) throw std::invalid_argument("unterminated \" quote");
                     if (text[i] == '"') break;
-                    if (text[i] == '\\') escape(word);
-                    else word += text[i++];
+                    if (text[i] == '\\')
+                        escape(word);
+                    else
+                        word += text[i++];
                 }
                 ++i;
             } else if (text[i] == '\\') {
@@ -105,21 +111,23 @@ Section parse_marker(std::string_view body, int line, bool& noeol) {
     s.head = std::string(body);
     if (!words.empty()) s.kind = words[0];
     std::size_t arity;
-    if (s.kind == "stdin" || s.kind == "stdout" || s.kind == "stderr") arity = 1;
-    else if (s.kind == "file" || s.kind == "dir" || s.kind == "output" || s.kind == "absent") arity = 2;
-    else throw ParseError(line, "unknown section '" + s.kind + "'");
+    if (s.kind == "stdin" || s.kind == "stdout" || s.kind == "stderr")
+        arity = 1;
+    else if (s.kind == "file" || s.kind == "dir" || s.kind == "output" || s.kind == "absent")
+        arity = 2;
+    else
+        throw ParseError(line, "unknown section '" + s.kind + "'");
 
     auto trimmed = trim_end(body);
-    noeol = s.kind != "dir" && s.kind != "absent" && words.size() == arity + 1 &&
-            words.back() == "noeol" && trimmed.size() > 6 && is_blank(trimmed[trimmed.size() - 6]) &&
-            trimmed.ends_with("noeol");
+    noeol = s.kind != "dir" && s.kind != "absent" && words.size() == arity + 1 && words.back() == "noeol" &&
+            trimmed.size() > 6 && is_blank(trimmed[trimmed.size() - 6]) && trimmed.ends_with("noeol");
     if (noeol) {
         words.pop_back();
         s.head = std::string(trim_end(trimmed.substr(0, trimmed.size() - 5)));
     }
     if (words.size() != arity)
-        throw ParseError(line, arity == 1 ? "'" + s.kind + "' takes no path"
-                                          : "'" + s.kind + "' takes exactly one path");
+        throw ParseError(
+            line, arity == 1 ? "'" + s.kind + "' takes no path" : "'" + s.kind + "' takes exactly one path");
     if (arity == 2) {
         s.path = words[1];
         check_path(line, s.path);
@@ -154,8 +162,7 @@ CaseFile parse_case(std::string_view text) {
             close_section(pos);
             if (c.sections.empty()) header_end = line;
             Section s = parse_marker(body, line, noeol);
-            if (s.path.empty() && c.find(s.kind))
-                throw ParseError(line, "second '" + s.kind + "' section");
+            if (s.path.empty() && c.find(s.kind)) throw ParseError(line, "second '" + s.kind + "' section");
             s.begin = pos;
             c.sections.push_back(std::move(s));
         } else if (!c.sections.empty()) {
@@ -180,7 +187,8 @@ CaseFile parse_case(std::string_view text) {
             } else if (name == "env") {
                 auto eq = value.find('=');
                 if (eq == 0 || eq == npos) throw ParseError(line, "expected env: NAME=VALUE");
-                std::erase_if(c.env, [&](const std::string& e) { return e.starts_with(value.substr(0, eq + 1)); });
+                std::erase_if(c.env,
+                              [&](const std::string& e) { return e.starts_with(value.substr(0, eq + 1)); });
                 c.env.emplace_back(value);
             } else if (name == "exit") {
                 if (have_exit) throw ParseError(line, "second 'exit:' directive");

@@ -9,7 +9,10 @@ using Words = std::vector<std::string>;
 
 TEST(CaseFile, SplitsWordsWithQuotesAndEscapes) {
     EXPECT_EQ(split_words(R"(  --white '' "q x" --zmf "a\x80b" file.zmf  )"),
-              (Words{"--white", "", "q x", "--zmf", "a\x80" "b", "file.zmf"}));
+              (Words{"--white", "", "q x", "--zmf",
+                     "a\x80"
+                     "b",
+                     "file.zmf"}));
     EXPECT_EQ(split_words(R"(a'b c'"d e"f '\n' "\\\"\'\n\t" \x41\t)"),
               (Words{"ab cd ef", "\\n", "\\\"'\n\t", "A\t"}));
     EXPECT_EQ(split_words(""), Words{});

@@ -53,14 +53,18 @@ void write_file(const fs::path& path, std::string_view content) {
 std::string show(std::string_view line) {
     std::string out = "\"";
     for (unsigned char c : line) {
-        if (c == '\n') out += "\\n";
-        else if (c == '\t') out += "\\t";
-        else if (c == '"' || c == '\\') out += {'\\', static_cast<char>(c)};
+        if (c == '\n')
+            out += "\\n";
+        else if (c == '\t')
+            out += "\\t";
+        else if (c == '"' || c == '\\')
+            out += {'\\', static_cast<char>(c)};
         else if (c < 0x20 || c >= 0x7f) {
             char hex[5];
             std::snprintf(hex, sizeof hex, "\\x%02x", c);
             out += hex;
-        } else out += static_cast<char>(c);
+        } else
+            out += static_cast<char>(c);
     }
     return out + "\"";
 }
@@ -75,7 +79,8 @@ std::vector<std::string_view> lines(std::string_view text) {
     return result;
 }
 
-void compare(std::ostream& report, const std::string& what, std::string_view expected, std::string_view actual) {
+void compare(std::ostream& report, const std::string& what, std::string_view expected,
+             std::string_view actual) {
     if (expected == actual) return;
     auto want = lines(expected), got = lines(actual);
     std::size_t at = 0;
@@ -232,8 +237,10 @@ int run_case(const fs::path& zmfi, const fs::path& case_path, const fs::path& ro
                 report << s.path << " exists but should not\n";
             if (s.kind != "stdout" && s.kind != "stderr" && !written) continue;
             const std::string actual = s.kind == "stdout" ? out : s.kind == "stderr" ? err : read_file(path);
-            if (updating && s.content != actual) records.emplace_back(&s, actual);
-            else if (!updating) compare(report, s.kind == "output" ? "output file " + s.path : s.kind, s.content, actual);
+            if (updating && s.content != actual)
+                records.emplace_back(&s, actual);
+            else if (!updating)
+                compare(report, s.kind == "output" ? "output file " + s.path : s.kind, s.content, actual);
         }
         std::string updated = text;
         for (auto r = records.rbegin(); r != records.rend(); ++r)

@@ -20,9 +20,7 @@ QuerySource sampleSource() {
     return source;
 }
 
-std::string gameAndPosition(const ZMFEngine* engine) {
-    return engine ? "game 7, position 12" : "no engine";
-}
+std::string gameAndPosition(const ZMFEngine* engine) { return engine ? "game 7, position 12" : "no engine"; }
 
 // Death tests only see standard error; the report writes to standard output.
 void reportToStderr(ZMFiErrorRenderer& renderer, const Message& message) {

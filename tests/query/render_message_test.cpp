@@ -56,9 +56,11 @@ TEST(RenderMessage, LocationInLaterSourceIsRelativeToIt) {
     source.add("<option>", "a = 1;");
     source.add("q.zmf", " check\nmate x\n");
     // The joined line is shown whole, the head line counts from the source's start.
-    EXPECT_EQ(render(source, MessageLevel::Error, 7), "q.zmf:1:2 error: bad thing\na = 1; check\n       ^     ");
+    EXPECT_EQ(render(source, MessageLevel::Error, 7),
+              "q.zmf:1:2 error: bad thing\na = 1; check\n       ^     ");
     EXPECT_EQ(render(source, MessageLevel::Error, 18), "q.zmf:2:6 error: bad thing\nmate x\n     ^ ");
-    EXPECT_EQ(render(source, MessageLevel::Error, 2), "<option>:1:3 error: bad thing\na = 1; check\n  ^          ");
+    EXPECT_EQ(render(source, MessageLevel::Error, 2),
+              "<option>:1:3 error: bad thing\na = 1; check\n  ^          ");
 }
 
 TEST(RenderMessage, SpansUnderlineOnlyFromTheirFirstLine) {
@@ -67,8 +69,9 @@ TEST(RenderMessage, SpansUnderlineOnlyFromTheirFirstLine) {
     EXPECT_EQ(render(source, MessageLevel::Error, 20, {{18, 22}}),
               "q.zmf:2:11 error: bad thing\nlet b = a + 2\n        ~~^~~ ");
     // Begun on the line before, behind its end, or without an end: no tilde.
-    EXPECT_EQ(render(source, MessageLevel::Error, 20, {{4, 22}, {22, 18}, {18, std::nullopt}, {std::nullopt, 22}}),
-              "q.zmf:2:11 error: bad thing\nlet b = a + 2\n          ^   ");
+    EXPECT_EQ(
+        render(source, MessageLevel::Error, 20, {{4, 22}, {22, 18}, {18, std::nullopt}, {std::nullopt, 22}}),
+        "q.zmf:2:11 error: bad thing\nlet b = a + 2\n          ^   ");
     // A span running past the line stops at the end of the marker line.
     EXPECT_EQ(render(source, MessageLevel::Error, 10, {{14, 1000}}),
               "q.zmf:2:1 error: bad thing\nlet b = a + 2\n^   ~~~~~~~~~~");
@@ -104,15 +107,16 @@ TEST(RenderMessage, LongLinesAreCutAroundTheCaret) {
     EXPECT_EQ(render(source, MessageLevel::Error, 9),
               head + "10 error: bad thing\n" + line.substr(0, 70) + " ...\n" + blanks(9) + "^" + blanks(60));
     // Caret near the end: the last 70 columns, LF included, and a head mark.
-    EXPECT_EQ(render(source, MessageLevel::Error, 190),
-              head + "191 error: bad thing\n... " + line.substr(130) + "\n" + blanks(4 + 60) + "^" + blanks(9));
+    EXPECT_EQ(
+        render(source, MessageLevel::Error, 190),
+        head + "191 error: bad thing\n... " + line.substr(130) + "\n" + blanks(4 + 60) + "^" + blanks(9));
     // The head mark starts with the first hidden column: caret on column
     // index 35 keeps the window at 0, index 36 moves it by one.
     EXPECT_EQ(render(source, MessageLevel::Error, 35),
               head + "36 error: bad thing\n" + line.substr(0, 70) + " ...\n" + blanks(35) + "^" + blanks(34));
-    EXPECT_EQ(render(source, MessageLevel::Error, 36),
-              head + "37 error: bad thing\n... " + line.substr(1, 70) + " ...\n" + blanks(4 + 35) + "^" +
-                  blanks(34));
+    EXPECT_EQ(render(source, MessageLevel::Error, 36), head + "37 error: bad thing\n... " +
+                                                           line.substr(1, 70) + " ...\n" + blanks(4 + 35) +
+                                                           "^" + blanks(34));
     // Tildes are cut with the marker line.
     EXPECT_EQ(render(source, MessageLevel::Error, 100, {{60, 140}}),
               head + "101 error: bad thing\n... " + line.substr(65, 70) + " ...\n" + blanks(4) +

@@ -25,7 +25,9 @@ protected:
         fs::current_path(previous_);
         fs::remove_all(root_);
     }
-    static void write(const fs::path& path, const std::string& text) { std::ofstream(path, std::ios::binary) << text; }
+    static void write(const fs::path& path, const std::string& text) {
+        std::ofstream(path, std::ios::binary) << text;
+    }
 
     fs::path root_;
     fs::path previous_;

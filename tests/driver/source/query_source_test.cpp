@@ -24,12 +24,12 @@ TEST(QuerySource, EmptyTextsAddNothingAndPaddingNeedsAPredecessor) {
 
 TEST(QuerySource, LocatesOffsetsRelativeToTheirPieceAcrossSharedLines) {
     QuerySource source;
-    source.add("<injected-text>", "flip{");             // 0..4
-    source.pad(" ");                                     // 5
+    source.add("<injected-text>", "flip{");               // 0..4
+    source.pad(" ");                                      // 5
     source.add("<injected-text>", "player white \"A\"");  // 6..21
-    source.pad("\n");                                    // 22
+    source.pad("\n");                                     // 22
     source.add("q.zmf", "check\n  mate\nwtm");            // 23..38
-    source.add("<injected-text>", "}");                  // 39
+    source.add("<injected-text>", "}");                   // 39
 
     ASSERT_EQ(source.lines().size(), 4u);
     EXPECT_EQ(source.lines()[0].start, 0u);
