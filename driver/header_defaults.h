@@ -1,33 +1,10 @@
 #pragma once
-// The settings a query's zmf(...) header may carry, and how they complete
-// the options: the command line always wins.
-
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <vector>
+// How a query's header completes the options: the command line always wins.
 
 #include "driver/options.h"
+#include "query/query_header.h"
 
 namespace tarnfold::zmf {
-
-struct HeaderRange {
-    std::uint32_t first = 0;
-    std::uint32_t last = 0;
-};
-
-struct QueryHeaderSettings {
-    std::vector<std::string> input;  // every `input` keyword, in order
-    std::optional<std::string> output;
-    std::optional<HeaderRange> matchCount;
-    std::optional<HeaderRange> sortMatchCount;
-    std::optional<HeaderRange> gameNumber;
-    std::optional<std::uint32_t> result;  // 0 "1-0", 1 "0-1", 2 "1/2-1/2", 3 "*"
-    std::optional<std::string> matchString;
-    bool silent = false;
-    bool quiet = false;
-    bool variations = false;
-};
 
 void applyHeaderDefaults(const QueryHeaderSettings& header, ZMFDriverOptions& options);
 

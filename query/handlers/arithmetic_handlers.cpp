@@ -1,0 +1,132 @@
+// Arithmetic: + - * / % as infix operators, unary minus and abs.
+#include "query/handlers/handler_support.h"
+#include "query/handlers/registry.h"
+#include "query/nodes/arithmetic_nodes.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+
+// `+` and `*` double as repetition marks in lines of play: when no right
+// operand follows they are no operators at all, silently.
+NodePtr tryRightOperand(Parser& parser, std::uint64_t power, ParserSnapshot& before) {
+    before = parser.snapshot();
+    bool wasSilent = parser.silent;
+    parser.silent = true;
+    NodePtr right = parser.parseExpression(power);
+    parser.silent = wasSilent;
+    return right;
+}
+
+// N + N | T + T
+class AddHandler : public InfixHandler {
+public:
+    AddHandler(Parser& parser) : InfixHandler(parser, TokenKind::Plus, 50, false) {}
+
+    NodePtr parse(NodePtr& left, const Token& token) override {
+        if (!hasType(*left, {ValueType::Numeric, ValueType::String})) {
+            parser.deferTypeError(
+                "Left operand to operator '" + token.text + "' must be a numeric or string filter", *left);
+            return std::move(left);
+        }
+        ParserSnapshot before;
+        NodePtr right = tryRightOperand(parser, precedence, before);
+        if (!right) {
+            parser.declined = true;
+            return std::move(left);
+        }
+        if (right->valueType != left->valueType) {
+            parser.restore(before, true);
+            parser.deferTypeError(
+                "the operands to operator '" + token.text + "' must both be a numeric or string filter",
+                *right);
+            return std::move(left);
+        }
+        return makeNode<AddNode>(parser, token, std::move(left), std::move(right));
+    }
+};
+
+// N - N, N * N, N / N, N % N
+template <class Node>
+class NumericOperatorHandler : public InfixHandler {
+public:
+    NumericOperatorHandler(Parser& parser, TokenKind kind, std::uint64_t precedence, bool optionalRight)
+        : InfixHandler(parser, kind, precedence, false), optionalRight_(optionalRight) {}
+
+    NodePtr parse(NodePtr& left, const Token& token) override {
+        if (left->valueType != ValueType::Numeric) {
+            parser.deferTypeError("Left operand to operator '" + token.text + "' must be a numeric filter",
+                                  *left);
+            return std::move(left);
+        }
+        NodePtr right;
+        if (optionalRight_) {
+            ParserSnapshot before;
+            right = tryRightOperand(parser, precedence, before);
+            if (!right) {
+                parser.declined = true;
+                return std::move(left);
+            }
+        } else {
+            right = parser.parseExpression(precedence);
+            if (!right) return nullptr;
+        }
+        if (right->valueType != ValueType::Numeric) {
+            parser.reportOperand(token, *right,
+                                 "Right operand to operator '" + token.text + "' must be a numeric filter");
+            return nullptr;
+        }
+        return makeNode<Node>(parser, token, std::move(left), std::move(right));
+    }
+
+private:
+    bool optionalRight_;
+};
+
+// - N
+class NegateHandler : public PrefixHandler {
+public:
+    NegateHandler(Parser& parser) : PrefixHandler(parser, TokenKind::Minus) {}
+    NodePtr parse(const Token& token) override {
+        NodePtr operand = parser.parseExpression(110);
+        if (!operand) return nullptr;
+        if (operand->valueType != ValueType::Numeric) {
+            parser.reportOperand(token, *operand, "Operand to negation operator must be a numeric filter");
+            return nullptr;
+        }
+        return makeNode<NegateNode>(parser, token, std::move(operand));
+    }
+};
+
+// abs N
+class AbsHandler : public PrefixHandler {
+public:
+    AbsHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwAbs) {}
+    NodePtr parse(const Token& token) override {
+        NodePtr operand = parser.parseExpression(45);
+        if (!operand) return nullptr;
+        if (operand->valueType != ValueType::Numeric) {
+            parser.reportOperand(token, *operand, "The operand to the 'abs' filter must be a numeric filter");
+            return nullptr;
+        }
+        return makeNode<AbsNode>(parser, token, std::move(operand));
+    }
+};
+
+}  // namespace
+
+void registerArithmeticHandlers(Parser& parser) {
+    parser.registerInfix(std::make_unique<AddHandler>(parser));
+    parser.registerInfix(
+        std::make_unique<NumericOperatorHandler<SubtractNode>>(parser, TokenKind::Minus, 50, false));
+    parser.registerInfix(
+        std::make_unique<NumericOperatorHandler<MultiplyNode>>(parser, TokenKind::Star, 55, true));
+    parser.registerInfix(
+        std::make_unique<NumericOperatorHandler<DivideNode>>(parser, TokenKind::Divide, 55, false));
+    parser.registerInfix(
+        std::make_unique<NumericOperatorHandler<ModulusNode>>(parser, TokenKind::Modulus, 55, false));
+    parser.registerPrefix(std::make_unique<NegateHandler>(parser));
+    parser.registerPrefix(std::make_unique<AbsHandler>(parser));
+}
+
+}  // namespace tarnfold::zmf

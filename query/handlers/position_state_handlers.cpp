@@ -1,0 +1,16 @@
+// Filters on the state of the current position that take no operand.
+#include "query/handlers/handler_support.h"
+#include "query/handlers/registry.h"
+#include "query/nodes/position_state_nodes.h"
+
+namespace tarnfold::zmf {
+
+void registerPositionStateHandlers(Parser& parser) {
+    parser.registerPrefix(std::make_unique<BareFilterHandler<CheckNode>>(parser, TokenKind::KwCheck));
+    parser.registerPrefix(std::make_unique<BareFilterHandler<MateNode>>(parser, TokenKind::KwMate));
+    // Under an odd number of colour swaps these will build each other's node.
+    parser.registerPrefix(std::make_unique<BareFilterHandler<WhiteToMoveNode>>(parser, TokenKind::KwWtm));
+    parser.registerPrefix(std::make_unique<BareFilterHandler<BlackToMoveNode>>(parser, TokenKind::KwBtm));
+}
+
+}  // namespace tarnfold::zmf

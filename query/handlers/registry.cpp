@@ -1,0 +1,16 @@
+#include "query/handlers/registry.h"
+
+namespace tarnfold::zmf {
+
+void registerAllHandlers(Parser& parser) {
+    registerLiteralHandlers(parser);
+    registerStructureHandlers(parser);
+    registerArithmeticHandlers(parser);
+    registerComparisonHandlers(parser);
+    registerLogicalHandlers(parser);
+    registerSetHandlers(parser);
+    registerPositionStateHandlers(parser);
+    registerPieceDesignatorHandler(parser);
+}
+
+}  // namespace tarnfold::zmf

@@ -1,0 +1,20 @@
+#pragma once
+// Each family of filters registers its handlers with the parser; the parser
+// constructor calls them all, so a handler is chosen by token kind alone.
+
+namespace tarnfold::zmf {
+
+class Parser;
+
+void registerAllHandlers(Parser& parser);
+
+void registerLiteralHandlers(Parser& parser);
+void registerStructureHandlers(Parser& parser);
+void registerArithmeticHandlers(Parser& parser);
+void registerComparisonHandlers(Parser& parser);
+void registerLogicalHandlers(Parser& parser);
+void registerSetHandlers(Parser& parser);
+void registerPositionStateHandlers(Parser& parser);
+void registerPieceDesignatorHandler(Parser& parser);
+
+}  // namespace tarnfold::zmf

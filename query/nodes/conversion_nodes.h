@@ -1,0 +1,42 @@
+#pragma once
+// Implicit conversions, made up by the parser where one type stands and
+// another is needed. They cover their operand's text and print as it.
+
+#include "query/node.h"
+
+namespace tarnfold::zmf {
+
+// Set to Numeric: the number of squares.
+class SetToNumericConversionNode : public ZMFNode {
+public:
+    SetToNumericConversionNode(OptionalOffset location, NodePtr operand);
+
+    void print(PrintTarget& target) const override;
+    void dump(DumpTarget& target, bool isLast) const override;
+
+    NodePtr operand;
+};
+
+// Position to Numeric: the position's id.
+class PositionToNumericConversionNode : public ZMFNode {
+public:
+    PositionToNumericConversionNode(OptionalOffset location, NodePtr operand);
+
+    void print(PrintTarget& target) const override;
+    void dump(DumpTarget& target, bool isLast) const override;
+
+    NodePtr operand;
+};
+
+// Piece to Set: the square the piece stands on.
+class PieceIDToSetConversionNode : public ZMFNode {
+public:
+    PieceIDToSetConversionNode(OptionalOffset location, NodePtr operand);
+
+    void print(PrintTarget& target) const override;
+    void dump(DumpTarget& target, bool isLast) const override;
+
+    NodePtr operand;
+};
+
+}  // namespace tarnfold::zmf

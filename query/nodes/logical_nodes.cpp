@@ -1,0 +1,48 @@
+#include "query/nodes/logical_nodes.h"
+
+#include "query/nodes/node_support.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+
+constexpr BindingPower orPower = 20;
+constexpr BindingPower andPower = 25;
+constexpr BindingPower notOperandPower = 30;
+
+}  // namespace
+
+NotNode::NotNode(OptionalOffset location, NodePtr operand)
+    : ZMFNode(NodeKind::Not, ValueType::Boolean, location), operand(std::move(operand)) {
+    spanToOperand(*this, *this->operand);
+}
+
+void NotNode::print(PrintTarget& target) const { printPrefix(target, "not", *operand, notOperandPower); }
+
+void NotNode::dump(DumpTarget& target, bool isLast) const {
+    dumpNode(*this, target, isLast, "Not", {operand.get()});
+}
+
+AndNode::AndNode(OptionalOffset location, NodePtr left, NodePtr right)
+    : ZMFNode(NodeKind::And, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
+    spanOperands(*this, *this->left, *this->right);
+}
+
+void AndNode::print(PrintTarget& target) const { printInfix(target, *left, "and", *right, andPower, false); }
+
+void AndNode::dump(DumpTarget& target, bool isLast) const {
+    dumpNode(*this, target, isLast, "AndOperator", {left.get(), right.get()});
+}
+
+OrNode::OrNode(OptionalOffset location, NodePtr left, NodePtr right)
+    : ZMFNode(NodeKind::Or, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
+    spanOperands(*this, *this->left, *this->right);
+}
+
+void OrNode::print(PrintTarget& target) const { printInfix(target, *left, "or", *right, orPower, false); }
+
+void OrNode::dump(DumpTarget& target, bool isLast) const {
+    dumpNode(*this, target, isLast, "OrOperator", {left.get(), right.get()});
+}
+
+}  // namespace tarnfold::zmf

@@ -1,0 +1,40 @@
+#pragma once
+// not, and, or: operands of any type, judged by their truth.
+
+#include "query/node.h"
+
+namespace tarnfold::zmf {
+
+class NotNode : public ZMFNode {
+public:
+    NotNode(OptionalOffset location, NodePtr operand);
+
+    void print(PrintTarget& target) const override;
+    void dump(DumpTarget& target, bool isLast) const override;
+
+    NodePtr operand;
+};
+
+class AndNode : public ZMFNode {
+public:
+    AndNode(OptionalOffset location, NodePtr left, NodePtr right);
+
+    void print(PrintTarget& target) const override;
+    void dump(DumpTarget& target, bool isLast) const override;
+
+    NodePtr left;
+    NodePtr right;
+};
+
+class OrNode : public ZMFNode {
+public:
+    OrNode(OptionalOffset location, NodePtr left, NodePtr right);
+
+    void print(PrintTarget& target) const override;
+    void dump(DumpTarget& target, bool isLast) const override;
+
+    NodePtr left;
+    NodePtr right;
+};
+
+}  // namespace tarnfold::zmf

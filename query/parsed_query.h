@@ -1,0 +1,17 @@
+#pragma once
+// What a parse leaves for the run: the header's settings and the tree.
+
+#include <memory>
+
+#include "query/nodes/structure_nodes.h"
+#include "query/query_header.h"
+
+namespace tarnfold::zmf {
+
+struct ParsedQuery {
+    QueryHeaderSettings header;
+    // Null after an error: a partial tree never reaches the engine.
+    std::shared_ptr<QueryContainer> root;
+};
+
+}  // namespace tarnfold::zmf

@@ -1,0 +1,206 @@
+#include "query/parser.h"
+
+#include "query/handlers/registry.h"
+#include "query/nodes/arithmetic_nodes.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+std::size_t slot(TokenKind kind) { return static_cast<std::size_t>(kind); }
+
+// A negative literal is a negation of a literal.
+const ZMFNode& peelNegation(const ZMFNode& node) {
+    if (node.kind == NodeKind::Negate) return *static_cast<const NegateNode&>(node).operand;
+    return node;
+}
+}  // namespace
+
+Parser::Parser() { registerAllHandlers(*this); }
+
+Parser::~Parser() = default;
+
+void Parser::registerPrefix(std::unique_ptr<PrefixHandler> handler) {
+    TokenKind kind = handler->tokenKind();
+    prefix_[slot(kind)] = std::move(handler);
+}
+
+void Parser::registerInfix(std::unique_ptr<InfixHandler> handler) {
+    TokenKind kind = handler->tokenKind();
+    infix_[slot(kind)] = std::move(handler);
+}
+
+void Parser::reset() {
+    reader_.reset();
+    sink_.reset();
+    clearPending();
+    silent = declined = rangeOnly = noStringArguments = false;
+}
+
+ParsedQuery Parser::parseQuery(const QuerySource& source) {
+    reset();
+    source_ = source;
+    reader_.setText(source_.text());
+
+    auto container = std::make_shared<QueryContainer>(OptionalOffset(0));
+    ParsedQuery parsed;
+    for (Token next = peekToken(); next.kind != TokenKind::EndOfFile; next = peekToken()) {
+        if (errorReported()) break;
+        NodePtr node = parseExpression(0);
+        if (!node) break;
+        container->children.push_back(std::move(node));
+    }
+    if (!container->children.empty()) {
+        container->firstOffset = container->children.front()->firstOffset;
+        container->lastOffset = container->children.back()->lastOffset;
+    }
+    if (!errorReported()) parsed.root = std::move(container);
+    return parsed;
+}
+
+Token Parser::expectToken(TokenKind kind) {
+    Token token = nextToken();
+    if (token.kind != kind)
+        report(token.begin, MessageLevel::Error, "Unexpected token: '" + token.text + "'");
+    return token;
+}
+
+void Parser::report(OptionalOffset location, MessageLevel level, std::string_view text,
+                    std::vector<SourceSpan> spans) {
+    ReportContext context;
+    context.peekDepth = reader_.peekDepth();
+    sink_.report(context, location, level, text, std::move(spans));
+}
+
+SourceSpan Parser::spanOf(const ZMFNode& node) {
+    return SourceSpan{node.firstOffset ? node.firstOffset : node.location, node.lastOffset};
+}
+
+void Parser::reportOperand(const Token& at, const ZMFNode& operand, std::string_view text) {
+    report(at.begin, MessageLevel::Error, text, {spanOf(operand)});
+}
+
+void Parser::deferTypeError(std::string text, const ZMFNode& operand) {
+    pendingMessage_ = std::move(text);
+    pendingTypeError_ = true;
+    pendingSpan_ = spanOf(operand);
+}
+
+void Parser::clearPending() {
+    pendingMessage_.clear();
+    pendingTypeError_ = false;
+    pendingSpan_.reset();
+}
+
+void Parser::reportPendingAt(const Token& token) {
+    std::vector<SourceSpan> spans;
+    if (pendingSpan_) spans.push_back(*pendingSpan_);
+    report(token.begin, MessageLevel::Error, pendingMessage_, std::move(spans));
+}
+
+ParserSnapshot Parser::snapshot() const { return ParserSnapshot{reader_.state()}; }
+
+void Parser::restore(const ParserSnapshot& snapshot, bool /*discard*/) { reader_.state() = snapshot.reader; }
+
+void Parser::finish(ZMFNode& node) const {
+    if (reader_.lastToken().end) node.lastOffset = reader_.lastToken().end;
+}
+
+NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
+    declined = false;
+    Token token = nextToken();
+    if (token.kind == TokenKind::EndOfFile) {
+        if (!silent) report(token.begin, MessageLevel::Error, "Unexpected end of file");
+        clearPending();
+        return nullptr;
+    }
+    PrefixHandler* prefix = prefix_[slot(token.kind)].get();
+    if (!prefix) {
+        if (!pendingMessage_.empty())
+            reportPendingAt(token);
+        else if (!silent)
+            report(token.begin, MessageLevel::Error, "Unexpected token: '" + token.text + "'");
+        clearPending();
+        return nullptr;
+    }
+    if (rangeOnly && token.kind != TokenKind::Identifier && token.kind != TokenKind::IntegerLiteral &&
+        token.kind != TokenKind::Minus && token.kind != TokenKind::Backquote)
+        return nullptr;
+
+    clearPending();
+    NodePtr left = prefix->parse(token);
+
+    // An inner operator declined its left operand: if an operator here
+    // takes the whole prefix filter instead, the grouping was vitiated.
+    bool operandLeftBehind = !pendingMessage_.empty();
+    pendingMessage_.clear();
+    pendingTypeError_ = false;
+
+    for (;;) {
+        if (!left) return nullptr;
+        Token next = peekToken();
+        InfixHandler* infix = next.kind == TokenKind::EndOfFile ? nullptr : infix_[slot(next.kind)].get();
+        std::uint64_t power = infix ? infix->bindingPower() : 0;
+        if (power <= minimumPower) return left;
+        if (rangeOnly) return nullptr;
+
+        ParserSnapshot before = snapshot();
+        Token op = nextToken();
+        SourceSpan leftSpan = spanOf(*left);
+        NodePtr result = infix->parse(left, op);
+        if (pendingTypeError_) {
+            pendingTypeError_ = false;
+            if (result) {
+                restore(before);
+                return result;
+            }
+        }
+        if (!result) {
+            left = nullptr;
+            continue;
+        }
+        if (declined) {
+            declined = false;
+            restore(before);
+            return result;
+        }
+        if (operandLeftBehind) {
+            report(op.begin, MessageLevel::Info,
+                   "Precedence vitiation was employed to obtain suitable LHS operand for '" + op.text +
+                       "' filter, parenthesize the highlighted expression to silence this message",
+                   {leftSpan});
+            result->vitiated = 1;
+            operandLeftBehind = false;
+        }
+        left = std::move(result);
+    }
+}
+
+NodePtr Parser::parseRange(bool allowVariables) {
+    ParserSnapshot before = snapshot();
+    bool wasSilent = silent, wasRangeOnly = rangeOnly;
+    silent = rangeOnly = true;
+    auto endpoint = [&]() -> NodePtr {
+        ParserSnapshot at = snapshot();
+        NodePtr node = parseExpression(0);
+        bool fits = node && node->valueType == ValueType::Numeric &&
+                    (allowVariables || peelNegation(*node).kind == NodeKind::Integer);
+        if (!fits) {
+            restore(at, true);
+            return nullptr;
+        }
+        return node;
+    };
+    NodePtr lower = endpoint();
+    NodePtr upper = lower ? endpoint() : nullptr;
+    silent = wasSilent;
+    rangeOnly = wasRangeOnly;
+    if (!lower) {
+        restore(before, true);
+        return nullptr;
+    }
+    auto range = std::make_unique<RangeNode>(lower->location, std::move(lower), std::move(upper));
+    finish(*range);
+    return range;
+}
+
+}  // namespace tarnfold::zmf

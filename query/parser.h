@@ -1,0 +1,102 @@
+#pragma once
+// The parser frame: a Pratt loop over prefix and infix handler tables, with
+// types checked while parsing. An infix operator whose left operand does not
+// suit may decline it: the operator goes back into the stream with a
+// deferred message, and an outer level may take it (precedence vitiation).
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "driver/source/query_source.h"
+#include "query/handler.h"
+#include "query/message_sink.h"
+#include "query/node.h"
+#include "query/parsed_query.h"
+#include "query/token.h"
+#include "query/token_reader.h"
+
+namespace tarnfold::zmf {
+
+// Everything an abandoned attempt must give back.
+struct ParserSnapshot {
+    ReaderState reader;
+};
+
+class Parser {
+public:
+    Parser();
+    ~Parser();
+    Parser(const Parser&) = delete;
+    Parser& operator=(const Parser&) = delete;
+
+    // The whole query: a sequence of expressions until the end of the text.
+    ParsedQuery parseQuery(const QuerySource& source);
+
+    // --- for handlers ---------------------------------------------------
+    NodePtr parseExpression(std::uint64_t minimumPower);
+    // An optional range of integer literals (and numeric variables when
+    // allowed); null, with nothing consumed and nothing said, when there is none.
+    NodePtr parseRange(bool allowVariables);
+
+    Token nextToken() { return reader_.next(); }
+    Token peekToken(std::size_t skip = 0) { return reader_.peek(skip); }
+    // Reads one token; reports "Unexpected token" when it is not of the kind.
+    Token expectToken(TokenKind kind);
+    const Token& lastToken() const { return reader_.lastToken(); }
+
+    void report(OptionalOffset location, MessageLevel level, std::string_view text,
+                std::vector<SourceSpan> spans = {});
+    // Reports an error at a token (or keyword) with the operand underlined.
+    void reportOperand(const Token& at, const ZMFNode& operand, std::string_view text);
+    // A wrong left operand: not reported now, but handed back with the
+    // operator so that an outer level may still take it.
+    void deferTypeError(std::string text, const ZMFNode& operand);
+
+    ParserSnapshot snapshot() const;
+    void restore(const ParserSnapshot& snapshot, bool discard = false);
+
+    // The node ends where the last consumed token ends.
+    void finish(ZMFNode& node) const;
+
+    const QuerySource& source() const { return source_; }
+    const MessageSink& messages() const { return sink_; }
+    bool errorReported() const { return sink_.hasError(); }
+
+    void registerPrefix(std::unique_ptr<PrefixHandler> handler);
+    void registerInfix(std::unique_ptr<InfixHandler> handler);
+
+    // Switches of a parse, set by the driver between passes.
+    bool keepParens = true;
+    bool keepCompounds = true;
+    bool finalPass = false;
+    bool secureMode = false;
+    bool dumpNfaDiagrams = false;
+
+    // State that handlers read and set.
+    bool silent = false;    // no "Unexpected ..." while a right operand is only tried
+    bool declined = false;  // an infix handler found no right operand
+    bool rangeOnly = false;
+    bool noStringArguments = false;
+
+private:
+    void reset();
+    void reportPendingAt(const Token& token);
+    void clearPending();
+    static SourceSpan spanOf(const ZMFNode& node);
+
+    TokenReader reader_;
+    QuerySource source_;
+    MessageSink sink_;
+    std::array<std::unique_ptr<PrefixHandler>, static_cast<std::size_t>(TokenKind::Count)> prefix_;
+    std::array<std::unique_ptr<InfixHandler>, static_cast<std::size_t>(TokenKind::Count)> infix_;
+
+    std::string pendingMessage_;
+    bool pendingTypeError_ = false;
+    std::optional<SourceSpan> pendingSpan_;
+};
+
+}  // namespace tarnfold::zmf
