@@ -327,7 +327,12 @@ bool CommandLineParser::queryFileArgument() {
 
 void CommandLineParser::finish() {
     QuerySource& source = options_.querySource;
-    if (!queryRead_) source.add("<default query>", "true");
+    // The default query stands on a line of its own like a query file
+    // would: glued to an injected `wtm` it would read as "wtmtrue".
+    if (!queryRead_) {
+        source.pad("\n");
+        source.add("<default query>", "true");
+    }
     for (auto opener = openBraces_.rbegin(); opener != openBraces_.rend(); ++opener) {
         source.add("<injected-text>", "}");
         injectedTextMap[source.sources().size() - 1] = injectedTextMap[*opener];

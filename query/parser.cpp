@@ -29,17 +29,20 @@ void Parser::registerInfix(std::unique_ptr<InfixHandler> handler) {
     infix_[slot(kind)] = std::move(handler);
 }
 
-void Parser::reset() {
+void Parser::beginParse(const QuerySource& source) {
     reader_.reset();
     sink_.reset();
     clearPending();
     silent = declined = rangeOnly = noStringArguments = false;
+    depth_ = 0;
+    expressions_ = 0;
+    failedTries_.clear();
+    source_ = source;
+    reader_.setText(source_.text());
 }
 
 ParsedQuery Parser::parseQuery(const QuerySource& source) {
-    reset();
-    source_ = source;
-    reader_.setText(source_.text());
+    beginParse(source);
 
     auto container = std::make_shared<QueryContainer>(OptionalOffset(0));
     ParsedQuery parsed;
@@ -106,8 +109,23 @@ void Parser::finish(ZMFNode& node) const {
 }
 
 NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
+    struct DepthGuard {
+        unsigned& depth;
+        explicit DepthGuard(unsigned& depth) : depth(++depth) {}
+        ~DepthGuard() { --depth; }
+    } guard(depth_);
     declined = false;
     Token token = nextToken();
+    if (depth_ > maximumDepth) {
+        report(token.begin, MessageLevel::Error,
+               "Expression nested too deeply: more than " + std::to_string(maximumDepth) + " levels");
+        return nullptr;
+    }
+    if (++expressions_ > expressionBudget) {
+        if (expressions_ == expressionBudget + 1)
+            report(token.begin, MessageLevel::Error, "Query too complex to parse: it would take too long");
+        return nullptr;
+    }
     if (token.kind == TokenKind::EndOfFile) {
         if (!silent) report(token.begin, MessageLevel::Error, "Unexpected end of file");
         clearPending();
@@ -173,6 +191,20 @@ NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
         }
         left = std::move(result);
     }
+}
+
+NodePtr Parser::tryOperand(std::uint64_t minimumPower, ParserSnapshot& before) {
+    before = snapshot();
+    // Inside a function body the text position does not say where we are.
+    bool memorable = reader_.state().replays.empty();
+    std::pair<std::size_t, std::uint64_t> key{reader_.state().cursor, minimumPower};
+    if (memorable && failedTries_.contains(key)) return nullptr;
+    bool wasSilent = silent;
+    silent = true;
+    NodePtr operand = parseExpression(minimumPower);
+    silent = wasSilent;
+    if (!operand && memorable) failedTries_.insert(key);
+    return operand;
 }
 
 NodePtr Parser::parseRange(bool allowVariables) {

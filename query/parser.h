@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -35,9 +36,15 @@ public:
 
     // The whole query: a sequence of expressions until the end of the text.
     ParsedQuery parseQuery(const QuerySource& source);
+    // Resets the parser and installs the text, as the start of parseQuery
+    // does; lets a test drive single parse rules.
+    void beginParse(const QuerySource& source);
 
     // --- for handlers ---------------------------------------------------
     NodePtr parseExpression(std::uint64_t minimumPower);
+    // A right operand that may be missing (after + and *): tried silently;
+    // null when there is none. `before` is the state ahead of the attempt.
+    NodePtr tryOperand(std::uint64_t minimumPower, ParserSnapshot& before);
     // An optional range of integer literals (and numeric variables when
     // allowed); null, with nothing consumed and nothing said, when there is none.
     NodePtr parseRange(bool allowVariables);
@@ -82,8 +89,11 @@ public:
     bool rangeOnly = false;
     bool noStringArguments = false;
 
+    // A last guard against texts that would take too long: no real query
+    // comes near this many expressions.
+    std::uint64_t expressionBudget = 1000000;
+
 private:
-    void reset();
     void reportPendingAt(const Token& token);
     void clearPending();
     static SourceSpan spanOf(const ZMFNode& node);
@@ -93,6 +103,15 @@ private:
     MessageSink sink_;
     std::array<std::unique_ptr<PrefixHandler>, static_cast<std::size_t>(TokenKind::Count)> prefix_;
     std::array<std::unique_ptr<InfixHandler>, static_cast<std::size_t>(TokenKind::Count)> infix_;
+
+    // Deeply nested text would otherwise exhaust the stack.
+    static constexpr unsigned maximumDepth = 400;
+    unsigned depth_ = 0;
+    std::uint64_t expressions_ = 0;
+    // Operands tried after + and * that failed, by text position and power:
+    // an operator given back is often offered the same operand again, and
+    // trying it anew each time makes some texts take exponential time.
+    std::set<std::pair<std::size_t, std::uint64_t>> failedTries_;
 
     std::string pendingMessage_;
     bool pendingTypeError_ = false;

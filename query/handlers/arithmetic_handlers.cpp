@@ -8,15 +8,7 @@ namespace tarnfold::zmf {
 namespace {
 
 // `+` and `*` double as repetition marks in lines of play: when no right
-// operand follows they are no operators at all, silently.
-NodePtr tryRightOperand(Parser& parser, std::uint64_t power, ParserSnapshot& before) {
-    before = parser.snapshot();
-    bool wasSilent = parser.silent;
-    parser.silent = true;
-    NodePtr right = parser.parseExpression(power);
-    parser.silent = wasSilent;
-    return right;
-}
+// operand follows they are no operators at all, silently (Parser::tryOperand).
 
 // N + N | T + T
 class AddHandler : public InfixHandler {
@@ -30,7 +22,7 @@ public:
             return std::move(left);
         }
         ParserSnapshot before;
-        NodePtr right = tryRightOperand(parser, precedence, before);
+        NodePtr right = parser.tryOperand(precedence, before);
         if (!right) {
             parser.declined = true;
             return std::move(left);
@@ -62,7 +54,7 @@ public:
         NodePtr right;
         if (optionalRight_) {
             ParserSnapshot before;
-            right = tryRightOperand(parser, precedence, before);
+            right = parser.tryOperand(precedence, before);
             if (!right) {
                 parser.declined = true;
                 return std::move(left);

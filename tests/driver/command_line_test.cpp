@@ -101,19 +101,19 @@ TEST_F(WithQueryFile, TheQueryFileEndsTheCommandLine) {
 
 TEST(CommandLine, WithoutAFileTheQueryIsTrue) {
     EXPECT_EQ(textOf({}), "true");
-    EXPECT_EQ(textOf({"--zmf", "check"}), "{check}true");
-    EXPECT_EQ(textOf({"--wtm", "--btm", "--virtualmainline"}), "wtm btm virtualmainlinetrue");
-    EXPECT_EQ(textOf({"--flipcolor", "--zmf", "x"}), "flipcolor{ {x}true}");
+    EXPECT_EQ(textOf({"--zmf", "check"}), "{check}\ntrue");
+    EXPECT_EQ(textOf({"--wtm", "--btm", "--virtualmainline"}), "wtm btm virtualmainline\ntrue");
+    EXPECT_EQ(textOf({"--flipcolor", "--zmf", "x"}), "flipcolor{ {x}\ntrue}");
     EXPECT_EQ(injectedTextMap.at(2).arguments, (std::vector<std::string>{"x"}));
 }
 
 TEST(CommandLine, AssignInjectsNumbersBareAndEverythingElseQuoted) {
-    EXPECT_EQ(textOf({"--assign", "x", "12"}), "x = 12true");
+    EXPECT_EQ(textOf({"--assign", "x", "12"}), "x = 12\ntrue");
     EXPECT_EQ(injectedTextMap.at(0).arguments, (std::vector<std::string>{"x", "12"}));
-    EXPECT_EQ(textOf({"--assign", "$a_1", "-7"}), "$a_1 = -7true");
-    EXPECT_EQ(textOf({"--assign", "x", "12a"}), "x = \"12a\"true");
-    EXPECT_EQ(textOf({"--assign", "x", ""}), "x = \"\"true");
-    EXPECT_EQ(textOf({"--assign", "x", "say \"hi\""}), "x = \"say \"hi\"\"true");
+    EXPECT_EQ(textOf({"--assign", "$a_1", "-7"}), "$a_1 = -7\ntrue");
+    EXPECT_EQ(textOf({"--assign", "x", "12a"}), "x = \"12a\"\ntrue");
+    EXPECT_EQ(textOf({"--assign", "x", ""}), "x = \"\"\ntrue");
+    EXPECT_EQ(textOf({"--assign", "x", "say \"hi\""}), "x = \"say \"hi\"\"\ntrue");
     EXPECT_EQ(errorOf({"--assign"}), "missing required variable name argument for '--assign' option");
     EXPECT_EQ(errorOf({"--assign", "x"}), "missing required variable value argument for '--assign' option");
     EXPECT_EQ(errorOf({"--assign", "", "1"}), "variable name argument to '--assign' must not be empty");
@@ -153,10 +153,10 @@ TEST(CommandLine, RangesTakeASecondNumberOnlyWhenItIsWhollyANumber) {
     EXPECT_EQ(errorOf({"--matchcount", "-1"}),
               "argument to '--matchcount' option must be a non-negative integer");
 
-    EXPECT_EQ(textOf({"--year", "1990"}), "{year == 1990}true");
-    EXPECT_EQ(textOf({"--year", "1990", "2000"}), "{1990 <= year <= 2000}true");
+    EXPECT_EQ(textOf({"--year", "1990"}), "{year == 1990}\ntrue");
+    EXPECT_EQ(textOf({"--year", "1990", "2000"}), "{1990 <= year <= 2000}\ntrue");
     EXPECT_EQ(injectedTextMap.at(0).arguments, (std::vector<std::string>{"1990", "2000"}));
-    EXPECT_EQ(textOf({"--year", "+1990", "--wtm"}), "{year == +1990} wtmtrue");
+    EXPECT_EQ(textOf({"--year", "+1990", "--wtm"}), "{year == +1990} wtm\ntrue");
     EXPECT_EQ(errorOf({"--year", "2000", "1990"}),
               "second argument to '--year' option cannot be smaller than first argument");
     EXPECT_EQ(errorOf({"--year", "x"}), "argument to '--year' option must be a non-negative integer");
@@ -206,7 +206,7 @@ TEST(CommandLine, NumericOptionsRejectAnythingButAWholeNumberInRange) {
 
 TEST(CommandLine, TagOptionsCheckTheirArgument) {
     EXPECT_EQ(textOf({"--black", "Carl", "--event", "Open 2020"}),
-              "player black \"Carl\" event \"Open 2020\"true");
+              "player black \"Carl\" event \"Open 2020\"\ntrue");
     EXPECT_EQ(errorOf({"--white", ""}), "empty argument for '--white' option");
     EXPECT_EQ(errorOf({"--Site"}), "missing argument for '--Site' option");
     EXPECT_EQ(errorOf({"--fen", "8/8 \"x\""}), "argument for '--fen' option should not contain quotes");
@@ -234,7 +234,7 @@ TEST(CommandLine, SwitchesSetTheirFields) {
     EXPECT_FALSE(o.appendOutput);
     EXPECT_FALSE(o.smartComments);
     EXPECT_TRUE(o.processVariations);
-    EXPECT_EQ(o.querySource.text(), "virtualmainlinetrue");
+    EXPECT_EQ(o.querySource.text(), "virtualmainline\ntrue");
 }
 
 TEST(CommandLine, VariantAliasesNameAKnownVariant) {

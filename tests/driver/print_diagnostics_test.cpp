@@ -49,26 +49,26 @@ TEST(PrintDiagnostics, MessagesInInjectedTextNameTheOption) {
     std::string error;
     ASSERT_TRUE(parseCommandLine({"--wtm", "--player", "Anna Z", "--flip"}, options, error)) << error;
     const QuerySource& source = options.querySource;
-    ASSERT_EQ(source.text(), "wtm player \"Anna Z\" flip{true}");
+    ASSERT_EQ(source.text(), "wtm player \"Anna Z\" flip{\ntrue}");
 
     std::vector<Message> messages = {
         makeMessage(MessageLevel::Error, "unknown player", 11, {{4, 18}}),
-        makeMessage(MessageLevel::Note, "from the default query", 25),
-        makeMessage(MessageLevel::Note, "closing", 29),
+        makeMessage(MessageLevel::Note, "from the default query", 26),
+        makeMessage(MessageLevel::Note, "closing", 30),
     };
     EXPECT_EQ(printed(messages, source, 2),
               "<injected-text>:1:8 error: unknown player\n"
-              "wtm player \"Anna Z\" flip{true}\n"
-              "    ~~~~~~~^~~~~~~~           \n"
+              "wtm player \"Anna Z\" flip{\n"
+              "    ~~~~~~~^~~~~~~~       \n"
               "<cmdline-arg 1> note: Text injected for '--player' option:\n"
               "--player 'Anna Z'\n"
               "^\n"
               "<default query>:1:1 note: from the default query\n"
-              "wtm player \"Anna Z\" flip{true}\n"
-              "                         ^    \n"
+              "true}\n"
+              "^    \n"
               "<injected-text>:1:1 note: closing\n"
-              "wtm player \"Anna Z\" flip{true}\n"
-              "                             ^\n"
+              "true}\n"
+              "    ^\n"
               "<cmdline-arg 3> note: Text injected for '--flip' option:\n"
               "--flip\n"
               "^\n");
