@@ -36,7 +36,9 @@ void convertPieceToSet(NodePtr& node) {
 }
 
 std::optional<std::string> comparisonTypeError(std::string_view op, ValueType left, ValueType right) {
-    const std::string quoted = "'" + std::string(op) + "'";
+    // Built by append: GCC 12 at -O3 warns falsely about "'" + std::string(...).
+    std::string quoted(1, '\'');
+    quoted.append(op).push_back('\'');
     if (!comparable(left))
         return "Left operand to " + quoted + " must be a set, numeric, string, or position filter";
     if (!comparable(right))
