@@ -36,7 +36,7 @@ void Parser::beginParse(const QuerySource& source) {
     silent = declined = rangeOnly = noStringArguments = false;
     depth_ = 0;
     expressions_ = 0;
-    failedTries_.clear();
+    tries_.clear();
     source_ = source;
     reader_.setText(source_.text());
 }
@@ -82,10 +82,10 @@ void Parser::reportOperand(const Token& at, const ZMFNode& operand, std::string_
     report(at.begin, MessageLevel::Error, text, {spanOf(operand)});
 }
 
-void Parser::deferTypeError(std::string text, const ZMFNode& operand) {
+void Parser::deferTypeError(std::string text, SourceSpan operand) {
     pendingMessage_ = std::move(text);
     pendingTypeError_ = true;
-    pendingSpan_ = spanOf(operand);
+    pendingSpan_ = operand;
 }
 
 void Parser::clearPending() {
@@ -193,18 +193,23 @@ NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
     }
 }
 
-NodePtr Parser::tryOperand(std::uint64_t minimumPower, ParserSnapshot& before) {
+Parser::TriedOperand Parser::tryOperand(std::uint64_t minimumPower, ParserSnapshot& before,
+                                        ValueType wanted) {
     before = snapshot();
     // Inside a function body the text position does not say where we are.
     bool memorable = reader_.state().replays.empty();
     std::pair<std::size_t, std::uint64_t> key{reader_.state().cursor, minimumPower};
-    if (memorable && failedTries_.contains(key)) return nullptr;
+    if (auto known = memorable ? tries_.find(key) : tries_.end(); known != tries_.end()) {
+        const TryOutcome& outcome = known->second;
+        if (!outcome.type) return {};
+        if (*outcome.type != wanted) return {nullptr, outcome.type, outcome.span};
+    }
     bool wasSilent = silent;
     silent = true;
     NodePtr operand = parseExpression(minimumPower);
     silent = wasSilent;
-    if (!operand && memorable) failedTries_.insert(key);
-    return operand;
+    if (memorable) tries_[key] = operand ? TryOutcome{operand->valueType, spanOf(*operand)} : TryOutcome{};
+    return {std::move(operand), std::nullopt, {}};
 }
 
 NodePtr Parser::parseRange(bool allowVariables) {

@@ -6,9 +6,9 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -42,9 +42,16 @@ public:
 
     // --- for handlers ---------------------------------------------------
     NodePtr parseExpression(std::uint64_t minimumPower);
-    // A right operand that may be missing (after + and *): tried silently;
-    // null when there is none. `before` is the state ahead of the attempt.
-    NodePtr tryOperand(std::uint64_t minimumPower, ParserSnapshot& before);
+    // A right operand that may be missing (after + and *), tried silently.
+    // `before` is the state ahead of the attempt. The node is null when
+    // there is none, or when an earlier try at this place found an operand
+    // of another type than `wanted`: then `otherType` tells which.
+    struct TriedOperand {
+        NodePtr node;
+        std::optional<ValueType> otherType;
+        SourceSpan otherSpan;
+    };
+    TriedOperand tryOperand(std::uint64_t minimumPower, ParserSnapshot& before, ValueType wanted);
     // An optional range of integer literals (and numeric variables when
     // allowed); null, with nothing consumed and nothing said, when there is none.
     NodePtr parseRange(bool allowVariables);
@@ -61,7 +68,12 @@ public:
     void reportOperand(const Token& at, const ZMFNode& operand, std::string_view text);
     // A wrong left operand: not reported now, but handed back with the
     // operator so that an outer level may still take it.
-    void deferTypeError(std::string text, const ZMFNode& operand);
+    void deferTypeError(std::string text, const ZMFNode& operand) {
+        deferTypeError(std::move(text), spanOf(operand));
+    }
+    void deferTypeError(std::string text, SourceSpan operand);
+
+    static SourceSpan spanOf(const ZMFNode& node);
 
     ParserSnapshot snapshot() const;
     void restore(const ParserSnapshot& snapshot, bool discard = false);
@@ -96,7 +108,6 @@ public:
 private:
     void reportPendingAt(const Token& token);
     void clearPending();
-    static SourceSpan spanOf(const ZMFNode& node);
 
     TokenReader reader_;
     QuerySource source_;
@@ -108,10 +119,15 @@ private:
     static constexpr unsigned maximumDepth = 400;
     unsigned depth_ = 0;
     std::uint64_t expressions_ = 0;
-    // Operands tried after + and * that failed, by text position and power:
-    // an operator given back is often offered the same operand again, and
-    // trying it anew each time makes some texts take exponential time.
-    std::set<std::pair<std::size_t, std::uint64_t>> failedTries_;
+    // What operands tried after + and * turned out to be, by text position
+    // and power: an operator given back is often offered the same operand
+    // again, and parsing it anew each time makes some texts take
+    // exponential time. Absent type: there was no operand.
+    struct TryOutcome {
+        std::optional<ValueType> type;
+        SourceSpan span;
+    };
+    std::map<std::pair<std::size_t, std::uint64_t>, TryOutcome> tries_;
 
     std::string pendingMessage_;
     bool pendingTypeError_ = false;

@@ -22,19 +22,20 @@ public:
             return std::move(left);
         }
         ParserSnapshot before;
-        NodePtr right = parser.tryOperand(precedence, before);
-        if (!right) {
-            parser.declined = true;
-            return std::move(left);
-        }
-        if (right->valueType != left->valueType) {
+        Parser::TriedOperand right = parser.tryOperand(precedence, before, left->valueType);
+        if (right.otherType || (right.node && right.node->valueType != left->valueType)) {
+            SourceSpan span = right.node ? Parser::spanOf(*right.node) : right.otherSpan;
             parser.restore(before, true);
             parser.deferTypeError(
                 "the operands to operator '" + token.text + "' must both be a numeric or string filter",
-                *right);
+                span);
             return std::move(left);
         }
-        return makeNode<AddNode>(parser, token, std::move(left), std::move(right));
+        if (!right.node) {
+            parser.declined = true;
+            return std::move(left);
+        }
+        return makeNode<AddNode>(parser, token, std::move(left), std::move(right.node));
     }
 };
 
@@ -54,11 +55,17 @@ public:
         NodePtr right;
         if (optionalRight_) {
             ParserSnapshot before;
-            right = parser.tryOperand(precedence, before);
-            if (!right) {
+            Parser::TriedOperand tried = parser.tryOperand(precedence, before, ValueType::Numeric);
+            if (tried.otherType) {
+                // Known from an earlier try: parse it again for the message.
+                tried.node = parser.parseExpression(precedence);
+                if (!tried.node) return nullptr;
+            }
+            if (!tried.node) {
                 parser.declined = true;
                 return std::move(left);
             }
+            right = std::move(tried.node);
         } else {
             right = parser.parseExpression(precedence);
             if (!right) return nullptr;

@@ -99,6 +99,18 @@ TEST(Parser, OperandsTriedAfterPlusAndStarAreNotRetriedForever) {
     EXPECT_EQ(messageText(parser.messages().messages()[0]), "Unexpected token: '*'");
     EXPECT_EQ(*parser.messages().messages()[0].location, 6u);
 
+    // An operand of the wrong type after + is remembered as well: each
+    // "5 + not ..." is declined, offered to the level above, and would
+    // parse the same operand again there.
+    text = "1 + 2";
+    for (int i = 0; i < 40; ++i) text += " < 51 > 5 > 5 + not 1 > 0 - 93";
+    query = parser.parseQuery(sourceOf(text));
+    EXPECT_EQ(query.root, nullptr);
+    ASSERT_EQ(parser.messages().messages().size(), 1u);
+    EXPECT_EQ(messageText(parser.messages().messages()[0]),
+              "the operands to operator '+' must both be a numeric or string filter");
+    EXPECT_EQ(*parser.messages().messages()[0].location, 19u);
+
     // The last guard: a budget of expressions per parse.
     parser.expressionBudget = 5;
     query = parser.parseQuery(sourceOf("1 2 3 4 5 6 7"));
