@@ -5,6 +5,7 @@
 
 #include "query/nodes/structure_nodes.h"
 #include "query/query_header.h"
+#include "query/symbols.h"
 
 namespace tarnfold::zmf {
 
@@ -12,6 +13,8 @@ struct ParsedQuery {
     QueryHeaderSettings header;
     // Null after an error: a partial tree never reaches the engine.
     std::shared_ptr<QueryContainer> root;
+    // One per variable of the query, numbered in order of creation.
+    std::vector<VariableSlot> variableSlots;
 };
 
 }  // namespace tarnfold::zmf

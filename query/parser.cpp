@@ -36,9 +36,15 @@ void Parser::beginParse(const QuerySource& source) {
     silent = declined = rangeOnly = noStringArguments = false;
     depth_ = 0;
     expressions_ = 0;
+    symbols.reset();
     tries_.clear();
     source_ = source;
     reader_.setText(source_.text());
+}
+
+bool doneWhileParsing(const ZMFNode& node) {
+    NodeKind kind = node.unwrapAll().kind;
+    return kind == NodeKind::Function || kind == NodeKind::ZmfHeader;
 }
 
 ParsedQuery Parser::parseQuery(const QuerySource& source) {
@@ -50,13 +56,17 @@ ParsedQuery Parser::parseQuery(const QuerySource& source) {
         if (errorReported()) break;
         NodePtr node = parseExpression(0);
         if (!node) break;
+        if (finalPass && doneWhileParsing(*node)) continue;
         container->children.push_back(std::move(node));
     }
     if (!container->children.empty()) {
         container->firstOffset = container->children.front()->firstOffset;
         container->lastOffset = container->children.back()->lastOffset;
     }
-    if (!errorReported()) parsed.root = std::move(container);
+    if (!errorReported()) {
+        parsed.root = std::move(container);
+        parsed.variableSlots = symbols.slots();
+    }
     return parsed;
 }
 
@@ -69,8 +79,12 @@ Token Parser::expectToken(TokenKind kind) {
 
 void Parser::report(OptionalOffset location, MessageLevel level, std::string_view text,
                     std::vector<SourceSpan> spans) {
+    std::vector<FunctionInstantiation> calls;
+    for (const ReplayRecord& record : reader_.state().replays)
+        calls.push_back({record.functionName, record.callSite});
     ReportContext context;
     context.peekDepth = reader_.peekDepth();
+    context.instantiations = calls;
     sink_.report(context, location, level, text, std::move(spans));
 }
 
@@ -100,9 +114,12 @@ void Parser::reportPendingAt(const Token& token) {
     report(token.begin, MessageLevel::Error, pendingMessage_, std::move(spans));
 }
 
-ParserSnapshot Parser::snapshot() const { return ParserSnapshot{reader_.state()}; }
+ParserSnapshot Parser::snapshot() const { return ParserSnapshot{reader_.state(), symbols.slotCount()}; }
 
-void Parser::restore(const ParserSnapshot& snapshot, bool /*discard*/) { reader_.state() = snapshot.reader; }
+void Parser::restore(const ParserSnapshot& snapshot, bool discard) {
+    reader_.state() = snapshot.reader;
+    if (discard) symbols.truncateSlots(snapshot.slotCount);
+}
 
 void Parser::finish(ZMFNode& node) const {
     if (reader_.lastToken().end) node.lastOffset = reader_.lastToken().end;

@@ -17,14 +17,20 @@
 #include "query/message_sink.h"
 #include "query/node.h"
 #include "query/parsed_query.h"
+#include "query/symbols.h"
 #include "query/token.h"
 #include "query/token_reader.h"
 
 namespace tarnfold::zmf {
 
+// Function definitions and the header do their work while being parsed; the
+// final pass leaves them out of the tree.
+bool doneWhileParsing(const ZMFNode& node);
+
 // Everything an abandoned attempt must give back.
 struct ParserSnapshot {
     ReaderState reader;
+    std::size_t slotCount = 0;
 };
 
 class Parser {
@@ -94,6 +100,13 @@ public:
     bool finalPass = false;
     bool secureMode = false;
     bool dumpNfaDiagrams = false;
+
+    // Variables, scopes and functions of the query being parsed.
+    SymbolTable symbols;
+    // Function bodies being expanded, innermost last.
+    const std::vector<ReplayRecord>& instantiations() const { return reader_.state().replays; }
+    void pushReplay(ReplayRecord record) { reader_.state().replays.push_back(std::move(record)); }
+    void popReplay() { reader_.state().replays.pop_back(); }
 
     // State that handlers read and set.
     bool silent = false;    // no "Unexpected ..." while a right operand is only tried

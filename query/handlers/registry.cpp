@@ -11,6 +11,8 @@ void registerAllHandlers(Parser& parser) {
     registerSetHandlers(parser);
     registerPositionStateHandlers(parser);
     registerPieceDesignatorHandler(parser);
+    registerVariableHandlers(parser);
+    registerFunctionHandlers(parser);
 }
 
 }  // namespace tarnfold::zmf

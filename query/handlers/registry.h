@@ -16,5 +16,7 @@ void registerLogicalHandlers(Parser& parser);
 void registerSetHandlers(Parser& parser);
 void registerPositionStateHandlers(Parser& parser);
 void registerPieceDesignatorHandler(Parser& parser);
+void registerVariableHandlers(Parser& parser);
+void registerFunctionHandlers(Parser& parser);
 
 }  // namespace tarnfold::zmf

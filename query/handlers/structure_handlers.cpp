@@ -1,6 +1,7 @@
 // Grouping: ( F ) and { F+ }.
 #include "query/handlers/handler_support.h"
 #include "query/handlers/registry.h"
+#include "query/nodes/literal_nodes.h"
 #include "query/nodes/structure_nodes.h"
 
 namespace tarnfold::zmf {
@@ -43,17 +44,22 @@ public:
 
     NodePtr parse(const Token& token) override {
         std::vector<NodePtr> children;
+        bool anyFilter = false;
         while (parser.peekToken().kind != TokenKind::RightBrace) {
             NodePtr child = parser.parseExpression(0);
             if (!child) return nullptr;
+            anyFilter = true;
+            if (parser.finalPass && doneWhileParsing(*child)) continue;
             children.push_back(std::move(child));
         }
         parser.nextToken();
-        if (children.empty()) {
+        if (!anyFilter) {
             parser.report(token.begin, MessageLevel::Error,
                           "The braces of a compound expression must enclose at least one filter");
             return nullptr;
         }
+        // A compound of definitions alone still stands, as an always true filter.
+        if (children.empty()) return makeNode<TrueNode>(parser, token);
         if (children.size() == 1 && !parser.keepCompounds) return std::move(children.front());
         return makeNode<CompoundNode>(parser, token, std::move(children));
     }

@@ -1,0 +1,36 @@
+#include "query/nodes/variable_nodes.h"
+
+#include "query/nodes/node_support.h"
+
+namespace tarnfold::zmf {
+
+IdentifierNode::IdentifierNode(OptionalOffset location, std::string name, std::uint32_t slot,
+                               ValueType valueType)
+    : ZMFNode(NodeKind::Identifier, valueType, location), name(std::move(name)), slot(slot) {}
+
+void IdentifierNode::print(PrintTarget& target) const { target << name; }
+
+void IdentifierNode::dump(DumpTarget& target, bool isLast) const {
+    dumpNode(*this, target, isLast, "Identifier (" + name + ") slot " + std::to_string(slot));
+}
+
+AssignNode::AssignNode(OptionalOffset location, NodePtr target, NodePtr value, TokenKind op,
+                       std::string spelling)
+    : ZMFNode(NodeKind::Assign, ValueType::Boolean, location),
+      target(std::move(target)),
+      value(std::move(value)),
+      op(op),
+      spelling(std::move(spelling)) {
+    spanOperands(*this, *this->target, *this->value);
+}
+
+void AssignNode::print(PrintTarget& out) const {
+    // `=` binds at 15, the compound forms at 45.
+    printInfix(out, *target, spelling, *value, op == TokenKind::Assign ? 15 : 45, false);
+}
+
+void AssignNode::dump(DumpTarget& out, bool isLast) const {
+    dumpNode(*this, out, isLast, "Assign (" + spelling + ")", {target.get(), value.get()});
+}
+
+}  // namespace tarnfold::zmf
