@@ -81,6 +81,11 @@ public:
 
     static SourceSpan spanOf(const ZMFNode& node);
 
+    // Forgets a deferred message. A handler that reads a token as its own
+    // separator (the `:` of a slice) calls it when an operand before the
+    // separator declined that token as an operator.
+    void clearPending();
+
     ParserSnapshot snapshot() const;
     void restore(const ParserSnapshot& snapshot, bool discard = false);
 
@@ -120,7 +125,6 @@ public:
 
 private:
     void reportPendingAt(const Token& token);
-    void clearPending();
 
     TokenReader reader_;
     QuerySource source_;

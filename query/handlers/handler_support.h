@@ -4,6 +4,7 @@
 #include <initializer_list>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "query/parser.h"
 
@@ -22,6 +23,21 @@ std::unique_ptr<Node> makeNode(Parser& parser, const Token& token, Args&&... arg
     auto node = std::make_unique<Node>(token.begin, std::forward<Args>(args)...);
     parser.finish(*node);
     return node;
+}
+
+// The remark on a construct beyond the base language, shown only at the
+// highest warning level; the parse goes on as usual. A text that is read
+// again after an abandoned attempt (a range that did not fit, an operand
+// given back) gets its remark once.
+inline void reportExtension(Parser& parser, const Token& token, std::string_view filterName) {
+    // Built by append: GCC 12 at -O3 warns falsely about "literal" + std::string.
+    std::string text("The '");
+    text.append(filterName);
+    text.append("' filter is a ZMFi extension");
+    for (const Message& said : parser.messages().messages())
+        if (said.level == MessageLevel::Info && said.location == token.begin && messageText(said) == text)
+            return;
+    parser.report(token.begin, MessageLevel::Info, text);
 }
 
 // A keyword filter that takes no operand.

@@ -13,6 +13,12 @@ void registerAllHandlers(Parser& parser) {
     registerPieceDesignatorHandler(parser);
     registerVariableHandlers(parser);
     registerFunctionHandlers(parser);
+    registerSliceHandlers(parser);
+    registerStringHandlers(parser);
+    registerAttackHandlers(parser);
+    registerOperatorHandlers(parser);
+    registerDeclarationHandlers(parser);
+    registerIterationHandlers(parser);
 }
 
 }  // namespace tarnfold::zmf

@@ -18,5 +18,11 @@ void registerPositionStateHandlers(Parser& parser);
 void registerPieceDesignatorHandler(Parser& parser);
 void registerVariableHandlers(Parser& parser);
 void registerFunctionHandlers(Parser& parser);
+void registerSliceHandlers(Parser& parser);
+void registerStringHandlers(Parser& parser);
+void registerAttackHandlers(Parser& parser);
+void registerOperatorHandlers(Parser& parser);
+void registerDeclarationHandlers(Parser& parser);
+void registerIterationHandlers(Parser& parser);
 
 }  // namespace tarnfold::zmf

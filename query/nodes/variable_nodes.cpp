@@ -25,8 +25,10 @@ AssignNode::AssignNode(OptionalOffset location, NodePtr target, NodePtr value, T
 }
 
 void AssignNode::print(PrintTarget& out) const {
-    // `=` binds at 15, the compound forms at 45.
-    printInfix(out, *target, spelling, *value, op == TokenKind::Assign ? 15 : 45, false);
+    // `=` binds at 15, the compound forms at 45, and so does an assignment
+    // into a subscript, whose value the bracket reads at 45.
+    bool subscript = target->kind == NodeKind::Slice || target->kind == NodeKind::DictionaryAccess;
+    printInfix(out, *target, spelling, *value, op == TokenKind::Assign && !subscript ? 15 : 45, false);
 }
 
 void AssignNode::dump(DumpTarget& out, bool isLast) const {

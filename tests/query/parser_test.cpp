@@ -124,11 +124,42 @@ TEST(Parser, OperandsTriedAfterPlusAndStarAreNotRetriedForever) {
 // Random token soups: every parse gives a tree or an error, never both, and
 // a tree printed as text parses again to the same shape.
 TEST(Parser, RandomQueriesGiveATreeOrAnErrorAndPrintedTreesReparse) {
-    const std::vector<std::string> pieces = {
-        "1",   "23",    "-",     "+",     "*",    "/",        "%",     "(",  ")",    "{",    "}",  "#",
-        "~",   "&",     "|",     "<",     "<=",   ">",        ">=",    "==", "!=",   "and",  "or", "not",
-        "abs", "check", "mate",  "wtm",   "btm",  "true",     "false", "a1", "Ra",   "[RQ]", "_",  ".",
-        "a",   "A",     "//c\n", "/*c*/", "\xff", "\xc3\xa9", "\"s\"", "x",  "a1-8", "[]"};
+    const std::vector<std::string> pieces = {"1",          "23",
+                                             "-",          "+",
+                                             "*",          "/",
+                                             "%",          "(",
+                                             ")",          "{",
+                                             "}",          "#",
+                                             "~",          "&",
+                                             "|",          "<",
+                                             "<=",         ">",
+                                             ">=",         "==",
+                                             "!=",         "and",
+                                             "or",         "not",
+                                             "abs",        "check",
+                                             "mate",       "wtm",
+                                             "btm",        "true",
+                                             "false",      "a1",
+                                             "Ra",         "[RQ]",
+                                             "_",          ".",
+                                             "a",          "A",
+                                             "//c\n",      "/*c*/",
+                                             "\xff",       "\xc3\xa9",
+                                             "\"s\"",      "x",
+                                             "a1-8",       "[]",
+                                             "m",          "=",
+                                             "+=",         "|=",
+                                             "[",          "]",
+                                             ":",          "in",
+                                             "attacks",    "attackedby",
+                                             "~~",         "\"a+\"",
+                                             "`",          "\\n",
+                                             "\\1",        "s = \"xy\"",
+                                             "m = 1",      "function f(v) { v }",
+                                             "f(",         "dictionary d",
+                                             "d[\"k\"]",   "square v in",
+                                             "piece v in", "persistent",
+                                             "unbind",     "isbound"};
     std::mt19937 random(7);
     Parser parser;
     Parser reparser;

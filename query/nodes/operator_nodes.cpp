@@ -1,0 +1,50 @@
+#include "query/nodes/operator_nodes.h"
+
+#include "query/nodes/node_support.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+
+constexpr BindingPower inPower = 35;
+constexpr BindingPower colonPower = 105;
+constexpr BindingPower identityOperandPower = 110;
+
+}  // namespace
+
+InNode::InNode(OptionalOffset location, NodePtr left, NodePtr right)
+    : ZMFNode(NodeKind::In, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
+    spanOperands(*this, *this->left, *this->right);
+}
+
+void InNode::print(PrintTarget& target) const { printInfix(target, *left, "in", *right, inPower, false); }
+
+void InNode::dump(DumpTarget& target, bool isLast) const {
+    dumpNode(*this, target, isLast, "InOperator", {left.get(), right.get()});
+}
+
+ColonNode::ColonNode(OptionalOffset location, NodePtr left, NodePtr right)
+    : ZMFNode(NodeKind::Colon, right->valueType, location), left(std::move(left)), right(std::move(right)) {
+    spanOperands(*this, *this->left, *this->right);
+}
+
+void ColonNode::print(PrintTarget& target) const { printInfix(target, *left, ":", *right, colonPower, true); }
+
+void ColonNode::dump(DumpTarget& target, bool isLast) const {
+    dumpNode(*this, target, isLast, "ColonOperator", {left.get(), right.get()});
+}
+
+IdentityNode::IdentityNode(OptionalOffset location, NodePtr operand)
+    : ZMFNode(NodeKind::Identity, operand->valueType, location), operand(std::move(operand)) {
+    spanToOperand(*this, *this->operand);
+}
+
+void IdentityNode::print(PrintTarget& target) const {
+    printPrefix(target, "`", *operand, identityOperandPower);
+}
+
+void IdentityNode::dump(DumpTarget& target, bool isLast) const {
+    dumpNode(*this, target, isLast, "Identity", {operand.get()});
+}
+
+}  // namespace tarnfold::zmf
