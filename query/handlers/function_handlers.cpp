@@ -143,7 +143,7 @@ NodePtr parseFunctionCall(Parser& parser, const Token& name, const Symbol& funct
                 "Function call argument must have set, numeric, piece, position, or dictionary type");
             return nullptr;
         }
-        if (argument->valueType == ValueType::Dictionary && argument->kind != NodeKind::Identifier) {
+        if (argument->valueType == ValueType::Dictionary && argument->unwrapParens().kind != NodeKind::Identifier) {
             parser.reportOperand(name, *argument,
                                  "Function call argument of dictionary type must be an identifier");
             return nullptr;
@@ -167,8 +167,8 @@ NodePtr parseFunctionCall(Parser& parser, const Token& name, const Symbol& funct
     std::vector<FunctionCallNode::Binding> bindings;
     for (std::size_t i = 0; i < parameters.size(); ++i) {
         const ZMFNode& argument = *arguments[i];
-        if (argument.kind == NodeKind::Identifier) {
-            const auto& variable = static_cast<const IdentifierNode&>(argument);
+        if (argument.unwrapParens().kind == NodeKind::Identifier) {
+            const auto& variable = static_cast<const IdentifierNode&>(argument.unwrapParens());
             Symbol alias;
             alias.slot = variable.slot;
             alias.valueType = variable.valueType;

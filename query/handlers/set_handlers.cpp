@@ -83,6 +83,11 @@ public:
                 "The operand to the cardinality operator must have set, string, or dictionary type");
             return nullptr;
         }
+        // A dictionary is counted where it is stored: it has no value of its own.
+        if (operand->valueType == ValueType::Dictionary && operand->unwrapParens().kind != NodeKind::Identifier) {
+            parser.reportOperand(token, *operand, "The dictionary operand to the cardinality operator must be a variable");
+            return nullptr;
+        }
         return makeNode<CardinalityNode>(parser, token, std::move(operand));
     }
 };
