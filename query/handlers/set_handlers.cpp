@@ -1,4 +1,5 @@
 // Set operators: & | ~ and the cardinality #.
+#include "query/convert.h"
 #include "query/handlers/handler_support.h"
 #include "query/handlers/registry.h"
 #include "query/nodes/set_nodes.h"
@@ -13,12 +14,14 @@ public:
     BitAndHandler(Parser& parser) : InfixHandler(parser, TokenKind::BitAnd, 70, false) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
+        convertPieceToSet(left);
         if (!hasType(*left, {ValueType::Set, ValueType::Position})) {
             parser.deferTypeError("Left operand to bitwise AND must be a set or position filter", *left);
             return std::move(left);
         }
         NodePtr right = parser.parseExpression(precedence);
         if (!right) return nullptr;
+        convertPieceToSet(right);
         if (!hasType(*right, {ValueType::Set, ValueType::Position})) {
             parser.reportOperand(token, *right,
                                  "Right operand to bitwise AND must be a set or position filter");
@@ -40,12 +43,14 @@ public:
     BitOrHandler(Parser& parser) : InfixHandler(parser, TokenKind::BitOr, 65, false) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
+        convertPieceToSet(left);
         if (left->valueType != ValueType::Set) {
             parser.deferTypeError("Left operand to bitwise OR must be a set filter", *left);
             return std::move(left);
         }
         NodePtr right = parser.parseExpression(precedence);
         if (!right) return nullptr;
+        convertPieceToSet(right);
         if (right->valueType != ValueType::Set) {
             parser.reportOperand(token, *right, "Right operand to bitwise OR must be a set filter");
             return nullptr;
@@ -61,6 +66,7 @@ public:
     NodePtr parse(const Token& token) override {
         NodePtr operand = parser.parseExpression(75);
         if (!operand) return nullptr;
+        convertPieceToSet(operand);
         if (operand->valueType != ValueType::Set) {
             parser.reportOperand(token, *operand,
                                  "The operand to the complement operator must be a set filter");
@@ -77,6 +83,7 @@ public:
     NodePtr parse(const Token& token) override {
         NodePtr operand = parser.parseExpression(48);
         if (!operand) return nullptr;
+        convertPieceToSet(operand);
         if (!hasType(*operand, {ValueType::Set, ValueType::String, ValueType::Dictionary})) {
             parser.reportOperand(
                 token, *operand,
@@ -84,8 +91,10 @@ public:
             return nullptr;
         }
         // A dictionary is counted where it is stored: it has no value of its own.
-        if (operand->valueType == ValueType::Dictionary && operand->unwrapParens().kind != NodeKind::Identifier) {
-            parser.reportOperand(token, *operand, "The dictionary operand to the cardinality operator must be a variable");
+        if (operand->valueType == ValueType::Dictionary &&
+            operand->unwrapParens().kind != NodeKind::Identifier) {
+            parser.reportOperand(token, *operand,
+                                 "The dictionary operand to the cardinality operator must be a variable");
             return nullptr;
         }
         return makeNode<CardinalityNode>(parser, token, std::move(operand));
