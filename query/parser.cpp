@@ -34,6 +34,7 @@ void Parser::beginParse(const QuerySource& source) {
     sink_.reset();
     clearPending();
     silent = declined = rangeOnly = noStringArguments = false;
+    header = QueryHeaderSettings{};
     depth_ = 0;
     expressions_ = 0;
     symbols.reset();
@@ -63,11 +64,42 @@ ParsedQuery Parser::parseQuery(const QuerySource& source) {
         container->firstOffset = container->children.front()->firstOffset;
         container->lastOffset = container->children.back()->lastOffset;
     }
+    parsed.header = header;
     if (!errorReported()) {
         parsed.root = std::move(container);
         parsed.variableSlots = symbols.slots();
     }
     return parsed;
+}
+
+Token Parser::readRawWord() {
+    Token word;
+    word.kind = TokenKind::Identifier;
+    ReaderState& state = reader_.state();
+    if (!state.replays.empty()) return word;
+    const std::string& text = reader_.text();
+    auto isBlank = [](char c) {
+        return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
+    };
+    while (state.cursor < text.size() && isBlank(text[state.cursor])) {
+        ++state.cursor;
+        ++state.offset;
+    }
+    std::size_t end = state.cursor;
+    // 0xFF marks the end of the query text.
+    while (end < text.size() && !isBlank(text[end]) && text[end] != ')' &&
+           static_cast<unsigned char>(text[end]) != 0xFF)
+        ++end;
+    if (end == state.cursor) return word;
+    word.text = text.substr(state.cursor, end - state.cursor);
+    if (state.offsetValid) {
+        word.begin = state.offset;
+        word.end = state.offset + (end - state.cursor) - 1;
+    }
+    state.offset += end - state.cursor;
+    state.cursor = end;
+    state.lastToken = word;
+    return word;
 }
 
 Token Parser::expectToken(TokenKind kind) {

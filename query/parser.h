@@ -67,6 +67,12 @@ public:
     // Reads one token; reports "Unexpected token" when it is not of the kind.
     Token expectToken(TokenKind kind);
     const Token& lastToken() const { return reader_.lastToken(); }
+    // The raw text from the cursor, after blanks, up to the next blank, ')'
+    // or the end, read directly and not as tokens, so that a bare file name
+    // may hold dots and slashes. Consumed like a token (kind Identifier);
+    // empty when no such text stands there, or inside a function body,
+    // which has tokens only.
+    Token readRawWord();
 
     void report(OptionalOffset location, MessageLevel level, std::string_view text,
                 std::vector<SourceSpan> spans = {});
@@ -118,6 +124,9 @@ public:
     bool declined = false;  // an infix handler found no right operand
     bool rangeOnly = false;
     bool noStringArguments = false;
+
+    // What the query's zmf(...) header set; parseQuery hands it on.
+    QueryHeaderSettings header;
 
     // A last guard against texts that would take too long: no real query
     // comes near this many expressions.

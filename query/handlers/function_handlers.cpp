@@ -143,7 +143,8 @@ NodePtr parseFunctionCall(Parser& parser, const Token& name, const Symbol& funct
                 "Function call argument must have set, numeric, piece, position, or dictionary type");
             return nullptr;
         }
-        if (argument->valueType == ValueType::Dictionary && argument->unwrapParens().kind != NodeKind::Identifier) {
+        if (argument->valueType == ValueType::Dictionary &&
+            argument->unwrapParens().kind != NodeKind::Identifier) {
             parser.reportOperand(name, *argument,
                                  "Function call argument of dictionary type must be an identifier");
             return nullptr;

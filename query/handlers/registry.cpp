@@ -14,11 +14,23 @@ void registerAllHandlers(Parser& parser) {
     registerVariableHandlers(parser);
     registerFunctionHandlers(parser);
     registerSliceHandlers(parser);
+    registerFenHandler(parser);
     registerStringHandlers(parser);
     registerAttackHandlers(parser);
     registerOperatorHandlers(parser);
     registerDeclarationHandlers(parser);
     registerIterationHandlers(parser);
+    registerNavigationHandlers(parser);
+    registerControlHandlers(parser);
+    registerTextHandlers(parser);
+    registerTagHandlers(parser);
+    registerIoHandlers(parser);
+    registerHHDBHandlers(parser);
+    registerHeaderHandlers(parser);
+    registerGeometryHandlers(parser);
+    registerBoardStateHandlers(parser);
+    registerMoveHandlers(parser);
+    registerImagineHandlers(parser);
 }
 
 }  // namespace tarnfold::zmf

@@ -19,10 +19,22 @@ void registerPieceDesignatorHandler(Parser& parser);
 void registerVariableHandlers(Parser& parser);
 void registerFunctionHandlers(Parser& parser);
 void registerSliceHandlers(Parser& parser);
+void registerFenHandler(Parser& parser);
 void registerStringHandlers(Parser& parser);
 void registerAttackHandlers(Parser& parser);
 void registerOperatorHandlers(Parser& parser);
 void registerDeclarationHandlers(Parser& parser);
 void registerIterationHandlers(Parser& parser);
+void registerNavigationHandlers(Parser& parser);
+void registerControlHandlers(Parser& parser);
+void registerTextHandlers(Parser& parser);
+void registerTagHandlers(Parser& parser);
+void registerIoHandlers(Parser& parser);
+void registerHHDBHandlers(Parser& parser);
+void registerHeaderHandlers(Parser& parser);
+void registerGeometryHandlers(Parser& parser);
+void registerBoardStateHandlers(Parser& parser);
+void registerMoveHandlers(Parser& parser);
+void registerImagineHandlers(Parser& parser);
 
 }  // namespace tarnfold::zmf

@@ -1,0 +1,332 @@
+// Control of evaluation: if, loop, while, assert; max and min among their
+// operands; sort over the game; echo over every pair of positions.
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "query/handlers/handler_support.h"
+#include "query/handlers/registry.h"
+#include "query/nodes/control_nodes.h"
+#include "query/nodes/conversion_nodes.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+
+NodePtr fail(Parser& parser, const Token& at, std::string_view text) {
+    parser.report(at.begin, MessageLevel::Error, text);
+    return nullptr;
+}
+
+// Tokens that cannot begin a clause of `if`: what stands there belongs to
+// an enclosing filter, or is the next keyword of the `if` itself.
+bool endsClause(TokenKind kind) {
+    switch (kind) {
+        case TokenKind::EndOfFile:
+        case TokenKind::RightParen:
+        case TokenKind::RightBrace:
+        case TokenKind::KwThen:
+        case TokenKind::KwElse: return true;
+        default: return false;
+    }
+}
+
+// if F then F else F, `then` optional, the else clause optional
+class IfHandler : public PrefixHandler {
+public:
+    IfHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwIf) {}
+
+    NodePtr parse(const Token& token) override {
+        if (endsClause(parser.peekToken().kind))
+            return fail(parser, token, "Missing condition for 'if' filter");
+        NodePtr condition = parser.parseExpression(0);
+        if (!condition) return nullptr;
+        if (parser.peekToken().kind == TokenKind::KwThen) parser.nextToken();
+        if (endsClause(parser.peekToken().kind))
+            return fail(parser, token, "Missing 'then' clause in 'if' filter");
+        NodePtr thenBranch = parser.parseExpression(0);
+        if (!thenBranch) return nullptr;
+        NodePtr elseBranch;
+        if (parser.peekToken().kind == TokenKind::KwElse) {
+            parser.nextToken();
+            if (endsClause(parser.peekToken().kind))
+                return fail(parser, token, "Missing 'else' clause in 'if' filter");
+            elseBranch = parser.parseExpression(0);
+            if (!elseBranch) return nullptr;
+        }
+        return makeNode<IfNode>(parser, token, std::move(condition), std::move(thenBranch),
+                                std::move(elseBranch));
+    }
+};
+
+// keyword F, the operand read from power 0 (Node = AssertNode, LoopNode)
+template <class Node>
+class OpenOperandHandler : public PrefixHandler {
+public:
+    using PrefixHandler::PrefixHandler;
+
+    NodePtr parse(const Token& token) override {
+        NodePtr operand = parser.parseExpression(0);
+        if (!operand) return nullptr;
+        return makeNode<Node>(parser, token, std::move(operand));
+    }
+};
+
+// while (F) F
+class WhileHandler : public PrefixHandler {
+public:
+    WhileHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwWhile) {}
+
+    NodePtr parse(const Token& token) override {
+        if (parser.peekToken().kind != TokenKind::LeftParen)
+            return fail(parser, token, "Missing open parenthesis after 'while'");
+        parser.nextToken();
+        NodePtr condition = parser.parseExpression(0);
+        if (!condition) return nullptr;
+        // The text names another filter; users' scripts match on it as it is.
+        if (parser.peekToken().kind != TokenKind::RightParen)
+            return fail(parser, token, "Missing closing parenthesis after 'settag' filter");
+        parser.nextToken();
+        NodePtr body = parser.parseExpression(0);
+        if (!body) return nullptr;
+        return makeNode<WhileNode>(parser, token, std::move(condition), std::move(body));
+    }
+};
+
+// Built by append: GCC 12 at -O3 warns falsely about "literal" + std::string.
+std::string quotedMessage(std::string_view before, std::string_view word, std::string_view after) {
+    std::string text(before);
+    text.append(word).append(after);
+    return text;
+}
+
+// max(F F+), min(F F+): all Numeric or all String
+template <class Node>
+class ExtremumHandler : public PrefixHandler {
+public:
+    ExtremumHandler(Parser& parser, TokenKind kind, std::string_view name)
+        : PrefixHandler(parser, kind), name_(name) {}
+
+    NodePtr parse(const Token& token) override {
+        if (parser.peekToken().kind != TokenKind::LeftParen)
+            return fail(parser, token, quotedMessage("Missing open parenthesis after '", name_, "' filter"));
+        parser.nextToken();
+        std::vector<NodePtr> arguments;
+        for (;;) {
+            TokenKind next = parser.peekToken().kind;
+            if (next == TokenKind::RightParen) break;
+            if (next == TokenKind::EndOfFile || next == TokenKind::RightBrace)
+                return fail(parser, token,
+                            quotedMessage("Missing closing parenthesis for '", name_, "' filter"));
+            NodePtr argument = parser.parseExpression(0);
+            if (!argument) return nullptr;
+            if (!hasType(*argument, {ValueType::Numeric, ValueType::String})) {
+                std::string text("Invalid operand type '");
+                text.append(printableType(argument->valueType)).append("' for '").append(name_);
+                text.append("' filter, operands must be all string or numeric filters");
+                parser.reportOperand(token, *argument, text);
+                return nullptr;
+            }
+            if (!arguments.empty() && arguments.back()->valueType != argument->valueType) {
+                reportMixed(token, *arguments.back(), *argument);
+                return nullptr;
+            }
+            arguments.push_back(std::move(argument));
+        }
+        parser.nextToken();
+        if (arguments.size() < 2)
+            return fail(parser, token,
+                        quotedMessage("The '", name_, "' filter requires at least two numeric arguments"));
+        return makeNode<Node>(parser, token, std::move(arguments));
+    }
+
+private:
+    void reportMixed(const Token& token, const ZMFNode& previous, const ZMFNode& operand) {
+        parser.reportOperand(token, operand,
+                             quotedMessage("The operands to the '", name_,
+                                           "' filter must all be either numeric or string filters"));
+        std::string text("This operand has '");
+        text.append(printableType(operand.valueType)).append("' type");
+        SourceSpan at = Parser::spanOf(operand);
+        parser.report(at.begin, MessageLevel::Note, text, {at});
+        std::string before("The previous operand has '");
+        before.append(printableType(previous.valueType)).append("' type");
+        SourceSpan earlier = Parser::spanOf(previous);
+        parser.report(earlier.begin, MessageLevel::Note, before, {earlier});
+    }
+
+    std::string_view name_;
+};
+
+// The body's own scope for the two position variables of echo. It sees the
+// names around it and closes on every way out.
+class EchoScope {
+public:
+    explicit EchoScope(Parser& parser) : parser_(parser) { parser_.symbols.pushScope(false); }
+    ~EchoScope() { parser_.symbols.popScope(); }
+    EchoScope(const EchoScope&) = delete;
+    EchoScope& operator=(const EchoScope&) = delete;
+
+private:
+    Parser& parser_;
+};
+
+// echo quiet (V V) in all F
+class EchoHandler : public PrefixHandler {
+public:
+    EchoHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwEcho) {}
+
+    NodePtr parse(const Token& token) override {
+        bool quiet = false;
+        if (parser.peekToken().kind == TokenKind::KwQuiet) {
+            parser.nextToken();
+            quiet = true;
+        }
+        if (parser.peekToken().kind != TokenKind::LeftParen)
+            return fail(parser, token, "Missing open parenthesis after 'echo' filter");
+        parser.nextToken();
+        Token source = parser.nextToken();
+        if (source.kind != TokenKind::Identifier)
+            return fail(parser, token, "Expected variable name for 'echo' filter");
+        Token target = parser.nextToken();
+        if (target.kind != TokenKind::Identifier)
+            return fail(parser, token, "Expected variable name for 'echo' filter");
+        if (source.text == target.text)
+            return fail(parser, token, "The source and target variables for 'echo' must be distinct");
+        if (parser.peekToken().kind != TokenKind::RightParen)
+            return fail(parser, token, "Missing closing parenthesis after 'echo' filter");
+        parser.nextToken();
+        bool inAll = false;
+        if (parser.peekToken().kind == TokenKind::KwIn) {
+            parser.nextToken();
+            if (parser.nextToken().kind != TokenKind::KwAll)
+                return fail(parser, token, "Expected 'all' after 'in' in 'echo' filter");
+            inAll = true;
+        }
+        EchoScope scope(parser);
+        std::uint32_t sourceSlot = parser.symbols.declareLocal(source.text, ValueType::Position).slot;
+        std::uint32_t targetSlot = parser.symbols.declareLocal(target.text, ValueType::Position).slot;
+        NodePtr body = parser.parseExpression(0);
+        if (!body) return nullptr;
+        return makeNode<EchoNode>(parser, token, source.text, sourceSlot, target.text, targetSlot,
+                                  std::move(body), inAll, quiet);
+    }
+};
+
+// sort quiet min "description" F, sort quiet max "description" F
+class SortHandler : public PrefixHandler {
+public:
+    SortHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwSort) {}
+
+    NodePtr parse(const Token& token) override {
+        bool quiet = false;
+        if (parser.peekToken().kind == TokenKind::KwQuiet) {
+            parser.nextToken();
+            quiet = true;
+        }
+        SortDirection direction = SortDirection::Maximum;
+        TokenKind next = parser.peekToken().kind;
+        if (next == TokenKind::KwMin || next == TokenKind::KwMax) {
+            parser.nextToken();
+            if (next == TokenKind::KwMin) direction = SortDirection::Minimum;
+        }
+        std::optional<std::string> label;
+        if (parser.peekToken().kind == TokenKind::StringLiteral) {
+            // The token keeps its quotes; there are no escapes to undo.
+            std::string text = parser.nextToken().text;
+            label = text.substr(1, text.size() - 2);
+        }
+        NodePtr operand = parser.parseExpression(0);
+        if (!operand) return nullptr;
+        if (!hasType(*operand, {ValueType::Numeric, ValueType::String, ValueType::Set})) {
+            parser.reportOperand(token, *operand,
+                                 "Argument to 'sort' filter must be a set, string, or numeric filter");
+            return nullptr;
+        }
+        if (direction == SortDirection::Minimum && operand->unwrapAll().kind == NodeKind::Echo) {
+            parser.reportOperand(token, *operand,
+                                 "The 'echo' filter cannot be used as the target of 'min' sort filter");
+            return nullptr;
+        }
+        if (operand->valueType == ValueType::Set) {
+            OptionalOffset at = operand->location;
+            operand = std::make_unique<SetToNumericConversionNode>(at, std::move(operand));
+        }
+        std::optional<std::uint32_t> slot = claimSlot(token, label, direction, operand->valueType);
+        if (!slot) return nullptr;
+        return makeNode<SortNode>(parser, token, *slot, direction, std::move(label), quiet,
+                                  std::move(operand));
+    }
+
+private:
+    struct Described {
+        std::uint32_t slot;
+        SortDirection direction;
+        ValueType valueType;
+        OptionalOffset location;  // of the first sort with this description
+    };
+
+    // One slot for each description. A sort without one has a slot of its
+    // own, found again by its place in the text when that is read again.
+    // Sorts that share a slot must agree on order and type, or the values
+    // gathered in it could not be compared.
+    std::optional<std::uint32_t> claimSlot(const Token& token, const std::optional<std::string>& label,
+                                           SortDirection direction, ValueType valueType) {
+        forgetEarlierQuery();
+        std::string key;
+        if (label) {
+            key.append("\"").append(*label);
+        } else {
+            key.append("@").append(token.begin ? std::to_string(*token.begin) : std::string("?"));
+        }
+        auto found = described_.find(key);
+        if (found == described_.end()) {
+            described_.emplace(key, Described{slotCount_, direction, valueType, token.begin});
+            return slotCount_++;
+        }
+        const Described& earlier = found->second;
+        const char* conflict = nullptr;
+        if (earlier.direction != direction)
+            conflict = "Inconsistent sorting order between 'sort' filters with the same description";
+        else if (earlier.valueType != valueType)
+            conflict =
+                "Inconsistent types (string vs numeric) between 'sort' filters with the same description";
+        if (!conflict) return earlier.slot;
+        parser.report(token.begin, MessageLevel::Error, conflict);
+        parser.report(earlier.location, MessageLevel::Note, "Conflicting 'sort' filter is here");
+        return std::nullopt;
+    }
+
+    // The parser keeps no table of sort slots, so the handler keeps one for
+    // the text it was made from. Reading the same text again (the driver's
+    // second pass, a filter read again after an abandoned attempt) meets
+    // every sort where it was and gives it the same slot.
+    void forgetEarlierQuery() {
+        if (parser.source().text() == queryText_) return;
+        described_.clear();
+        slotCount_ = 0;
+        queryText_ = parser.source().text();
+    }
+
+    std::map<std::string, Described> described_;
+    std::uint32_t slotCount_ = 0;
+    std::string queryText_;
+};
+
+}  // namespace
+
+void registerControlHandlers(Parser& parser) {
+    parser.registerPrefix(std::make_unique<IfHandler>(parser));
+    parser.registerPrefix(std::make_unique<OpenOperandHandler<AssertNode>>(parser, TokenKind::KwAssert));
+    parser.registerPrefix(std::make_unique<OpenOperandHandler<LoopNode>>(parser, TokenKind::KwLoop));
+    parser.registerPrefix(std::make_unique<WhileHandler>(parser));
+    parser.registerPrefix(std::make_unique<ExtremumHandler<MaxNode>>(parser, TokenKind::KwMax, "max"));
+    parser.registerPrefix(std::make_unique<ExtremumHandler<MinNode>>(parser, TokenKind::KwMin, "min"));
+    parser.registerPrefix(std::make_unique<EchoHandler>(parser));
+    parser.registerPrefix(std::make_unique<SortHandler>(parser));
+}
+
+}  // namespace tarnfold::zmf
