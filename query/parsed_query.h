@@ -5,6 +5,7 @@
 
 #include "query/nodes/structure_nodes.h"
 #include "query/query_header.h"
+#include "query/sort_slots.h"
 #include "query/symbols.h"
 
 namespace tarnfold::zmf {
@@ -15,6 +16,8 @@ struct ParsedQuery {
     std::shared_ptr<QueryContainer> root;
     // One per variable of the query, numbered in order of creation.
     std::vector<VariableSlot> variableSlots;
+    // One per distinct sort description, in order of appearance.
+    std::vector<SortSlot> sortSlots;
 };
 
 }  // namespace tarnfold::zmf

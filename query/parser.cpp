@@ -38,6 +38,7 @@ void Parser::beginParse(const QuerySource& source) {
     depth_ = 0;
     expressions_ = 0;
     symbols.reset();
+    sortSlots.clear();
     tries_.clear();
     source_ = source;
     reader_.setText(source_.text());
@@ -68,6 +69,7 @@ ParsedQuery Parser::parseQuery(const QuerySource& source) {
     if (!errorReported()) {
         parsed.root = std::move(container);
         parsed.variableSlots = symbols.slots();
+        parsed.sortSlots = sortSlots;
     }
     return parsed;
 }
@@ -146,11 +148,16 @@ void Parser::reportPendingAt(const Token& token) {
     report(token.begin, MessageLevel::Error, pendingMessage_, std::move(spans));
 }
 
-ParserSnapshot Parser::snapshot() const { return ParserSnapshot{reader_.state(), symbols.slotCount()}; }
+ParserSnapshot Parser::snapshot() const {
+    return ParserSnapshot{reader_.state(), symbols.slotCount(), sortSlots.size()};
+}
 
 void Parser::restore(const ParserSnapshot& snapshot, bool discard) {
     reader_.state() = snapshot.reader;
-    if (discard) symbols.truncateSlots(snapshot.slotCount);
+    if (discard) {
+        symbols.truncateSlots(snapshot.slotCount);
+        if (sortSlots.size() > snapshot.sortSlotCount) sortSlots.resize(snapshot.sortSlotCount);
+    }
 }
 
 void Parser::finish(ZMFNode& node) const {

@@ -17,6 +17,7 @@
 #include "query/message_sink.h"
 #include "query/node.h"
 #include "query/parsed_query.h"
+#include "query/sort_slots.h"
 #include "query/symbols.h"
 #include "query/token.h"
 #include "query/token_reader.h"
@@ -31,6 +32,7 @@ bool doneWhileParsing(const ZMFNode& node);
 struct ParserSnapshot {
     ReaderState reader;
     std::size_t slotCount = 0;
+    std::size_t sortSlotCount = 0;
 };
 
 class Parser {
@@ -114,6 +116,8 @@ public:
 
     // Variables, scopes and functions of the query being parsed.
     SymbolTable symbols;
+    // The sort descriptions met so far, numbered in order.
+    std::vector<SortSlot> sortSlots;
     // Function bodies being expanded, innermost last.
     const std::vector<ReplayRecord>& instantiations() const { return reader_.state().replays; }
     void pushReplay(ReplayRecord record) { reader_.state().replays.push_back(std::move(record)); }

@@ -1,5 +1,6 @@
 // Control of evaluation: if, loop, while, assert; max and min among their
 // operands; sort over the game; echo over every pair of positions.
+#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -262,58 +263,44 @@ public:
     }
 
 private:
-    struct Described {
-        std::uint32_t slot;
-        SortDirection direction;
-        ValueType valueType;
-        OptionalOffset location;  // of the first sort with this description
-    };
-
     // One slot for each description. A sort without one has a slot of its
     // own, found again by its place in the text when that is read again.
     // Sorts that share a slot must agree on order and type, or the values
     // gathered in it could not be compared.
     std::optional<std::uint32_t> claimSlot(const Token& token, const std::optional<std::string>& label,
                                            SortDirection direction, ValueType valueType) {
-        forgetEarlierQuery();
         std::string key;
         if (label) {
             key.append("\"").append(*label);
         } else {
             key.append("@").append(token.begin ? std::to_string(*token.begin) : std::string("?"));
         }
-        auto found = described_.find(key);
-        if (found == described_.end()) {
-            described_.emplace(key, Described{slotCount_, direction, valueType, token.begin});
-            return slotCount_++;
+        std::vector<SortSlot>& slots = parser.sortSlots;
+        auto found =
+            std::find_if(slots.begin(), slots.end(), [&](const SortSlot& slot) { return slot.key == key; });
+        if (found == slots.end()) {
+            SortSlot slot;
+            slot.id = static_cast<std::uint32_t>(slots.size());
+            slot.key = key;
+            slot.label = label;
+            slot.direction = direction;
+            slot.valueType = valueType;
+            slot.location = token.begin;
+            slots.push_back(std::move(slot));
+            return slots.back().id;
         }
-        const Described& earlier = found->second;
         const char* conflict = nullptr;
-        if (earlier.direction != direction)
+        if (found->direction != direction)
             conflict = "Inconsistent sorting order between 'sort' filters with the same description";
-        else if (earlier.valueType != valueType)
+        else if (found->valueType != valueType)
             conflict =
                 "Inconsistent types (string vs numeric) between 'sort' filters with the same description";
-        if (!conflict) return earlier.slot;
+        if (!conflict) return found->id;
+        OptionalOffset earlier = found->location;
         parser.report(token.begin, MessageLevel::Error, conflict);
-        parser.report(earlier.location, MessageLevel::Note, "Conflicting 'sort' filter is here");
+        parser.report(earlier, MessageLevel::Note, "Conflicting 'sort' filter is here");
         return std::nullopt;
     }
-
-    // The parser keeps no table of sort slots, so the handler keeps one for
-    // the text it was made from. Reading the same text again (the driver's
-    // second pass, a filter read again after an abandoned attempt) meets
-    // every sort where it was and gives it the same slot.
-    void forgetEarlierQuery() {
-        if (parser.source().text() == queryText_) return;
-        described_.clear();
-        slotCount_ = 0;
-        queryText_ = parser.source().text();
-    }
-
-    std::map<std::string, Described> described_;
-    std::uint32_t slotCount_ = 0;
-    std::string queryText_;
 };
 
 }  // namespace

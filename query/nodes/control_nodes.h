@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "query/node.h"
+#include "query/sort_slots.h"
 
 namespace tarnfold::zmf {
 
@@ -82,8 +83,6 @@ public:
 
     std::vector<NodePtr> arguments;
 };
-
-enum class SortDirection : std::uint8_t { Minimum, Maximum };
 
 // sort quiet min "description" F: the best value of F over the game, kept
 // in a sort slot that every sort of the same description shares.
