@@ -10,8 +10,10 @@
 
 #include "query/handlers/handler_support.h"
 #include "query/handlers/registry.h"
+#include "query/handlers/sort_slot.h"
 #include "query/nodes/control_nodes.h"
 #include "query/nodes/conversion_nodes.h"
+#include "query/nodes/iteration_nodes.h"
 
 namespace tarnfold::zmf {
 
@@ -93,6 +95,9 @@ public:
         parser.nextToken();
         NodePtr body = parser.parseExpression(0);
         if (!body) return nullptr;
+        // Over a pattern match the loop runs once per match, captures set.
+        if (condition->unwrapAll().kind == NodeKind::PatternMatch)
+            return makeNode<StringIteratorNode>(parser, token, std::move(condition), std::move(body));
         return makeNode<WhileNode>(parser, token, std::move(condition), std::move(body));
     }
 };
@@ -256,50 +261,11 @@ public:
             OptionalOffset at = operand->location;
             operand = std::make_unique<SetToNumericConversionNode>(at, std::move(operand));
         }
-        std::optional<std::uint32_t> slot = claimSlot(token, label, direction, operand->valueType);
+        std::optional<std::uint32_t> slot =
+            claimSortSlot(parser, token, label, direction, operand->valueType);
         if (!slot) return nullptr;
         return makeNode<SortNode>(parser, token, *slot, direction, std::move(label), quiet,
                                   std::move(operand));
-    }
-
-private:
-    // One slot for each description. A sort without one has a slot of its
-    // own, found again by its place in the text when that is read again.
-    // Sorts that share a slot must agree on order and type, or the values
-    // gathered in it could not be compared.
-    std::optional<std::uint32_t> claimSlot(const Token& token, const std::optional<std::string>& label,
-                                           SortDirection direction, ValueType valueType) {
-        std::string key;
-        if (label) {
-            key.append("\"").append(*label);
-        } else {
-            key.append("@").append(token.begin ? std::to_string(*token.begin) : std::string("?"));
-        }
-        std::vector<SortSlot>& slots = parser.sortSlots;
-        auto found =
-            std::find_if(slots.begin(), slots.end(), [&](const SortSlot& slot) { return slot.key == key; });
-        if (found == slots.end()) {
-            SortSlot slot;
-            slot.id = static_cast<std::uint32_t>(slots.size());
-            slot.key = key;
-            slot.label = label;
-            slot.direction = direction;
-            slot.valueType = valueType;
-            slot.location = token.begin;
-            slots.push_back(std::move(slot));
-            return slots.back().id;
-        }
-        const char* conflict = nullptr;
-        if (found->direction != direction)
-            conflict = "Inconsistent sorting order between 'sort' filters with the same description";
-        else if (found->valueType != valueType)
-            conflict =
-                "Inconsistent types (string vs numeric) between 'sort' filters with the same description";
-        if (!conflict) return found->id;
-        OptionalOffset earlier = found->location;
-        parser.report(token.begin, MessageLevel::Error, conflict);
-        parser.report(earlier, MessageLevel::Note, "Conflicting 'sort' filter is here");
-        return std::nullopt;
     }
 };
 

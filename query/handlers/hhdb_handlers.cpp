@@ -7,6 +7,8 @@
 
 #include "query/handlers/handler_support.h"
 #include "query/handlers/registry.h"
+#include "query/handlers/sort_slot.h"
+#include "query/nodes/control_nodes.h"
 #include "query/nodes/hhdb_nodes.h"
 
 namespace tarnfold::zmf {
@@ -288,7 +290,16 @@ private:
         }
         node->command = std::move(text);
         parser.finish(*node);
-        return node;
+        if (!sort) return node;
+        // `hhdb sort award ...` sorts the games by the award, best first.
+        std::optional<std::uint32_t> slot =
+            claimSortSlot(parser, token, std::nullopt, SortDirection::Maximum, ValueType::Numeric);
+        if (!slot) return nullptr;
+        NodePtr award = std::move(node);
+        auto wrapper = makeNode<SortNode>(parser, token, *slot, SortDirection::Maximum, std::nullopt, false,
+                                          std::move(award));
+        wrapper->implicit = 1;
+        return wrapper;
     }
 };
 

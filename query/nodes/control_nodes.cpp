@@ -145,6 +145,12 @@ SortNode::SortNode(OptionalOffset location, std::uint32_t slot, SortDirection di
 }
 
 void SortNode::print(PrintTarget& target) const {
+    // A sort made up by the parser (`hhdb sort ...`) comes back from its
+    // operand's own text.
+    if (implicit) {
+        operand->print(target);
+        return;
+    }
     target << "sort";
     if (quiet) target << " quiet";
     // Without a word the sort keeps the greatest value.

@@ -102,13 +102,35 @@ StringIteratorNode::StringIteratorNode(OptionalOffset location, std::string vari
     spanToOperand(*this, *this->body);
 }
 
+StringIteratorNode::StringIteratorNode(OptionalOffset location, NodePtr match, NodePtr body)
+    : ZMFNode(NodeKind::StringIterator, ValueType::Boolean, location),
+      match(std::move(match)),
+      body(std::move(body)) {
+    spanToOperand(*this, *this->body);
+}
+
 void StringIteratorNode::print(PrintTarget& out) const {
-    printLoop(out, "string", false, variable, *target, *body);
+    if (!match) {
+        printLoop(out, "string", false, variable, *target, *body);
+        return;
+    }
+    // The condition stands in parentheses of its own and the body is read
+    // at 0, like any filter in braces.
+    out << "while (";
+    printOperand(out, *match, 0, 0);
+    out << ") ";
+    PrintedEnds ends = printOperand(out, *body, 0, 0);
+    // The body was read from 0: whatever follows could continue it.
+    out.ends = PrintedEnds{closedEnd, std::min<BindingPower>(0, ends.right)};
 }
 
 void StringIteratorNode::dump(DumpTarget& out, bool isLast) const {
-    dumpNode(*this, out, isLast, loopLine("StringIterator", variable, slot, false),
-             {{target.get(), "string"}, {body.get(), "body"}});
+    if (!match) {
+        dumpNode(*this, out, isLast, loopLine("StringIterator", variable, slot, false),
+                 {{target.get(), "string"}, {body.get(), "body"}});
+        return;
+    }
+    dumpNode(*this, out, isLast, "StringIterator (while)", {{match.get(), "match"}, {body.get(), "body"}});
 }
 
 DictionaryIteratorNode::DictionaryIteratorNode(OptionalOffset location, std::string variable,

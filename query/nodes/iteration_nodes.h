@@ -61,13 +61,16 @@ class StringIteratorNode : public ZMFNode {
 public:
     StringIteratorNode(OptionalOffset location, std::string variable, std::uint32_t slot, NodePtr target,
                        NodePtr body);
+    // while (T ~~ "pattern") F: the body runs once for each match.
+    StringIteratorNode(OptionalOffset location, NodePtr match, NodePtr body);
 
     void print(PrintTarget& target) const override;
     void dump(DumpTarget& target, bool isLast) const override;
 
-    std::string variable;
-    std::uint32_t slot;
-    NodePtr target;
+    std::string variable;  // empty in the while form
+    std::uint32_t slot = 0;
+    NodePtr target;  // the string of the `string V in` form, else null
+    NodePtr match;   // the pattern match of the while form (perhaps in parentheses), else null
     NodePtr body;
 };
 

@@ -8,6 +8,7 @@
 
 #include "query/dump_target.h"
 #include "query/handlers/handler_support.h"
+#include "query/nodes/control_nodes.h"
 #include "query/nodes/hhdb_nodes.h"
 #include "query/nodes/literal_nodes.h"
 #include "query/nodes/tag_nodes.h"
@@ -171,9 +172,17 @@ TEST(HHDB, ASortBehindTheAwardFormIsNotPartOfItAndIsWarnedAbout) {
               "'sort' keyword following 'hhdb' award filter is suspicious, parenthesize the preceding 'hhdb' "
               "filter or place 'sort' after 'hhdb' to suppress this warning\n");
 
+    // A sort word makes the award form a sort key of its own.
     query = parser.parseQuery(sourceOf("hhdb sort prize"));
     ASSERT_TRUE(query.root) << messagesOf(parser);
-    EXPECT_EQ(onlyHHDB(query).sortable, 1);
+    ASSERT_EQ(query.root->children.size(), 1u);
+    ASSERT_EQ(query.root->children[0]->kind, NodeKind::Sort);
+    const auto& sort = static_cast<const SortNode&>(*query.root->children[0]);
+    EXPECT_EQ(sort.implicit, 1);
+    EXPECT_EQ(sort.slot, 0u);
+    ASSERT_EQ(sort.operand->kind, NodeKind::HHDB);
+    EXPECT_EQ(static_cast<const HHDBNode&>(*sort.operand).sortable, 1);
+    EXPECT_EQ(query.sortSlots.size(), 1u);
     EXPECT_EQ(messagesOf(parser), "");
 }
 
