@@ -88,9 +88,8 @@ private:
         std::optional<Piece> code = onePiece(*operand);
         if (!code) {
             parser.reportOperand(keyword, *operand,
-                                 "The piece designator for the 'piece' specification of the 'imagine' filter "
-                                 "must name exactly "
-                                 "one piece and no squares");
+                                 "The piece designator after 'imagine piece' must name exactly one piece and "
+                                 "no squares");
             return nullptr;
         }
         std::string text = static_cast<const PieceDesignatorNode&>(*operand).text;

@@ -468,9 +468,7 @@ TEST_F(MoveParse, ImagineSpecifiers) {
 TEST_F(MoveParse, ImagineMessages) {
     const std::string remark = "info @0: The 'imagine' filter is a ZMFi extension\n";
     const std::string onePiece =
-        "The piece designator for the 'piece' specification of the 'imagine' filter must name exactly one "
-        "piece "
-        "and no squares\n";
+        "The piece designator after 'imagine piece' must name exactly one piece and no squares\n";
     const std::vector<std::pair<std::string, std::string>> cases = {
         {"imagine piece Qa1 --> a2 : zbool", remark + "error @0 [14-16]: " + onePiece},
         {"imagine piece [QR] --> a2 : zbool", remark + "error @0 [14-17]: " + onePiece},
