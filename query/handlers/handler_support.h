@@ -49,4 +49,20 @@ public:
     NodePtr parse(const Token& token) override { return makeNode<Node>(parser, token); }
 };
 
+// The operators that assign to a variable: `=` and its compound forms.
+inline bool isAssignmentOperator(TokenKind kind) {
+    switch (kind) {
+        case TokenKind::Assign:
+        case TokenKind::ConditionalAssign:
+        case TokenKind::AddAssign:
+        case TokenKind::SubtractAssign:
+        case TokenKind::MultiplyAssign:
+        case TokenKind::DivideAssign:
+        case TokenKind::ModulusAssign:
+        case TokenKind::OrAssign:
+        case TokenKind::AndAssign: return true;
+        default: return false;
+    }
+}
+
 }  // namespace tarnfold::zmf

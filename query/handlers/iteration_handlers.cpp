@@ -51,20 +51,6 @@ LoopBody parseLoopBody(Parser& parser, const std::string& variable, ValueType ty
     return loop;
 }
 
-bool isCompoundAssignment(TokenKind kind) {
-    switch (kind) {
-        case TokenKind::ConditionalAssign:
-        case TokenKind::AddAssign:
-        case TokenKind::SubtractAssign:
-        case TokenKind::MultiplyAssign:
-        case TokenKind::DivideAssign:
-        case TokenKind::ModulusAssign:
-        case TokenKind::OrAssign:
-        case TokenKind::AndAssign: return true;
-        default: return false;
-    }
-}
-
 // piece all V in S F | piece V = S
 class PieceHandler : public PrefixHandler {
 public:
@@ -83,7 +69,7 @@ public:
         if (!all && next == TokenKind::Assign) return parseAssignment(token, name);
         if (next != TokenKind::KwIn) {
             // Another assignment operator shows that an assignment was meant.
-            if (!all && isCompoundAssignment(next))
+            if (!all && isAssignmentOperator(next))
                 return fail(parser, token, "Expected '=' following identifier in piece assignment");
             return fail(parser, token, "Expected 'in' keyword after identifier for 'piece' filter");
         }

@@ -9,21 +9,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-bool isAssignmentOperator(TokenKind kind) {
-    switch (kind) {
-        case TokenKind::Assign:
-        case TokenKind::ConditionalAssign:
-        case TokenKind::AddAssign:
-        case TokenKind::SubtractAssign:
-        case TokenKind::MultiplyAssign:
-        case TokenKind::DivideAssign:
-        case TokenKind::ModulusAssign:
-        case TokenKind::OrAssign:
-        case TokenKind::AndAssign: return true;
-        default: return false;
-    }
-}
-
 // V | V(args)
 class IdentifierHandler : public PrefixHandler {
 public:
