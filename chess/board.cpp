@@ -49,31 +49,6 @@ void Board::reset() {
     checksRemaining = {checks, checks};
 }
 
-void Board::setPiece(Square square, Piece piece, uint16_t id, bool markPromoted) {
-    const Bitboard bit = squareBit(square);
-    const Piece old = squares[square];
-    if (old != NoPiece) {
-        pieces[pieceColor(old)][pieceType(old)] &= ~bit;
-        byType[pieceType(old)] &= ~bit;
-        byColor[pieceColor(old)] &= ~bit;
-        occupied &= ~bit;
-        key ^= pieceSquareKey(old, square);
-    }
-    promoted &= ~bit;
-    squares[square] = piece;
-    if (piece == NoPiece) {
-        pieceIds[square] = 0;
-        return;
-    }
-    pieces[pieceColor(piece)][pieceType(piece)] |= bit;
-    byType[pieceType(piece)] |= bit;
-    byColor[pieceColor(piece)] |= bit;
-    occupied |= bit;
-    key ^= pieceSquareKey(piece, square);
-    pieceIds[square] = id;
-    if (markPromoted) promoted |= bit;
-}
-
 void Board::setEnPassant(Square square) {
     if (enPassantCapturable) key ^= enPassantKey(fileOf(enPassantSquare));
     enPassantSquare = square;

@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "chess/bitboard.h"
+#include "chess/keys.h"
+#include "chess/move.h"
 #include "chess/types.h"
 #include "chess/variant.h"
 
@@ -63,8 +65,15 @@ struct UndoRecord {
     uint32_t previousHalfmoveClock = 0;
     uint64_t previousKey = 0;
     uint16_t capturedPieceId = 0;
+    // For a reverse move: whether the piece that went back was marked promoted.
     bool capturedWasPromoted = false;
     uint32_t explosionCount = 0;
+    // Not derivable from the move: a three-check count already at 0 is not
+    // lowered, and reverse moves and edits hand out identities.
+    std::array<uint8_t, 2> previousChecksRemaining = {0, 0};
+    uint16_t previousNextPieceId = 0;
+
+    bool operator==(const UndoRecord&) const = default;
 };
 
 // One piece removed by an atomic explosion.
@@ -73,6 +82,8 @@ struct ExplosionRecord {
     uint16_t id = 0;
     Piece piece = NoPiece;
     bool promoted = false;
+
+    bool operator==(const ExplosionRecord&) const = default;
 };
 
 struct FenOptions {
@@ -161,6 +172,9 @@ public:
     Bitboard goalSquares = 0;
     VariantRules variantRules;
 
+    // Every field, the move stack and explosions included.
+    bool operator==(const Board&) const = default;
+
     // Empties the board; the variant and its switches survive.
     void reset();
     void setVariant(Variant newVariant);
@@ -202,10 +216,87 @@ public:
     std::string boardDiagram(bool glyphs = false) const;
     std::string boardDiagramColored(const ColoredDiagramOptions& options) const;
 
+    // Attacks at the current occupancy unless one is given.
+    Bitboard attackersTo(Square square, Color color) const { return attackersTo(square, color, occupied); }
+    Bitboard attackersTo(Square square, Color color, Bitboard occupancy) const;
+    Bitboard attackedSquares(Color color, Bitboard occupancy) const;
+    Bitboard attacksFrom(Square square) const;
+    // Replaces the three sets by the pinning sliders among candidates, the
+    // pieces they pin and the pieces pinned to.
+    void pins(Bitboard& candidates, Bitboard& throughSet, Bitboard& targetSet) const;
+    bool isInCheck(Color color) const;
+    // The unpromoted king of the colour if it has exactly one, else NoSquare.
+    Square royalKingSquare(Color color) const;
+
+    // Legal moves from fromSet to toSet (a drop is judged by its target). With
+    // withoutKingSafety the caller tests each candidate with isLegalMove.
+    void generateLegalMoves(MoveList& list, Bitboard fromSet = ~Bitboard(0), Bitboard toSet = ~Bitboard(0),
+                            bool withoutKingSafety = false);
+    void generatePseudoLegalMoves(MoveList& list);
+    void generateReverseMoves(MoveList& list);
+    void generateLegalReverseMoves(MoveList& list);
+    bool isLegalMove(Move move);
+    bool isPseudoLegal(Move move);
+    bool hasLegalMove();
+    bool isCheckmate();
+    bool isStalemate();
+
+    bool isVariantEnd() const;
+    bool isVariantWin();
+    bool isVariantLoss();
+    bool isVariantDraw();
+
+    // Plays a move, a reverse move, a null move or an editing step in place;
+    // unmakeMove takes back the last one.
+    void makeMove(Move move);
+    void unmakeMove();
+
 private:
+    // Generation in the documented order, before the variant filters that
+    // need trial moves.
+    void generateMoves(MoveList& list, Bitboard fromSet, Bitboard toSet, bool withoutKingSafety,
+                       bool variantCuts);
+    void generateCastling(MoveList& list, Square king, Bitboard toSet);
+    void generateDrops(MoveList& list, Bitboard empties);
+    void keepLegal(MoveList& list);
+    UndoRecord& pushUndoRecord(Move move);
+    void makeReverse(Move move, UndoRecord& record);
+    void unmakeReverse(const UndoRecord& record);
+    void makeEdit(Move move);
+    void unmakeEdit(const UndoRecord& record);
+    Bitboard explode(Square center);
+    void dropRightsTouching(Bitboard touched);
+    void moveCastlers(Square kingFrom, Square kingTo, Square rookFrom, Square rookTo);
+
     uint64_t pocketKeyPart() const;
     uint64_t castlingKeyPart(CastlingRights rights) const;
 };
+
+// Inline: making and unmaking a move is mostly this.
+inline void Board::setPiece(Square square, Piece piece, uint16_t id, bool markPromoted) {
+    const Bitboard bit = squareBit(square);
+    const Piece old = squares[square];
+    if (old != NoPiece) {
+        pieces[pieceColor(old)][pieceType(old)] &= ~bit;
+        byType[pieceType(old)] &= ~bit;
+        byColor[pieceColor(old)] &= ~bit;
+        occupied &= ~bit;
+        key ^= pieceSquareKey(old, square);
+    }
+    promoted &= ~bit;
+    squares[square] = piece;
+    if (piece == NoPiece) {
+        pieceIds[square] = 0;
+        return;
+    }
+    pieces[pieceColor(piece)][pieceType(piece)] |= bit;
+    byType[pieceType(piece)] |= bit;
+    byColor[pieceColor(piece)] |= bit;
+    occupied |= bit;
+    key ^= pieceSquareKey(piece, square);
+    pieceIds[square] = id;
+    if (markPromoted) promoted |= bit;
+}
 
 // The back rank of a Chess960 start position ("RNBQKBNR" for 518); empty for
 // 960 and above.
