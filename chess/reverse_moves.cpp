@@ -35,6 +35,12 @@ PutBackTypes putBackTypes(const Board& board, Color victim) {
 
 constexpr uint32_t reverseFlag = Move::ReverseBit;
 
+// Castling is taken back only to the ordinary homes, whatever the board's
+// castling slots say.
+constexpr Square standardRookHome(Color color, bool shortSide) {
+    return makeSquare(shortSide ? 7 : 0, color == White ? 0 : 7);
+}
+
 class ReverseGenerator {
 public:
     ReverseGenerator(const Board& board, MoveList& list)
@@ -153,8 +159,6 @@ private:
         const Square kingHome = makeSquare(4, backRank), rookHome = makeSquare(shortSide ? 7 : 0, backRank);
         const Square kingNow = makeSquare(shortSide ? 6 : 2, backRank),
                      rookNow = makeSquare(shortSide ? 5 : 3, backRank);
-        const int bit = castlingBit(mover_, shortSide);
-        if (board_.kingHomeSquare[mover_] != kingHome || board_.castlingRookSquare[bit] != rookHome) return;
         if (board_.squares[kingNow] != makePiece(King, mover_) ||
             board_.squares[rookNow] != makePiece(Rook, mover_))
             return;
@@ -201,16 +205,18 @@ void Board::makeReverse(Move move, UndoRecord& record) {
     const Square from = move.from(), to = move.to();
     if (move.isCastle()) {
         const bool shortSide = move.isShortCastle();
-        const int bit = castlingBit(mover, shortSide);
-        moveCastlers(to, from, makeSquare(shortSide ? 5 : 3, rankOf(to)), castlingRookSquare[bit]);
-        // Castling gave up both rights; the other one comes back where its
-        // rook still stands at home.
-        CastlingRights restored = castlingRights | CastlingRights(1 << bit);
-        const int otherBit = castlingBit(mover, !shortSide);
-        const Square otherRook = castlingRookSquare[otherBit];
-        if (otherRook < NoSquare && squares[otherRook] == makePiece(Rook, mover) &&
-            !contains(promoted, otherRook))
-            restored |= CastlingRights(1 << otherBit);
+        moveCastlers(to, from, makeSquare(shortSide ? 5 : 3, rankOf(to)), standardRookHome(mover, shortSide));
+        // Castling gave up both rights. Each comes back where its rook stands
+        // at home, but only if the right's slot already names that home: a
+        // right without its slot would send a later castling astray.
+        CastlingRights restored = castlingRights;
+        for (bool side : {true, false}) {
+            const int bit = castlingBit(mover, side);
+            const Square rook = standardRookHome(mover, side);
+            if (castlingRookSquare[bit] == rook && kingHomeSquare[mover] == from &&
+                squares[rook] == makePiece(Rook, mover) && !contains(promoted, rook))
+                restored |= CastlingRights(1 << bit);
+        }
         setCastlingRights(restored);
     } else {
         const uint16_t id = pieceIds[to];
@@ -234,8 +240,7 @@ void Board::unmakeReverse(const UndoRecord& record) {
     const Square from = move.from(), to = move.to();
     if (move.isCastle()) {
         const bool shortSide = move.isShortCastle();
-        moveCastlers(from, to, castlingRookSquare[castlingBit(mover, shortSide)],
-                     makeSquare(shortSide ? 5 : 3, rankOf(to)));
+        moveCastlers(from, to, standardRookHome(mover, shortSide), makeSquare(shortSide ? 5 : 3, rankOf(to)));
     } else {
         if (move.isEnPassant())
             setPiece(Square(to ^ 8), NoPiece);

@@ -21,6 +21,10 @@ bool hasUnpromotedKing(const Board& board, Color color) {
     return (board.pieces[color][King] & ~board.promoted) != 0;
 }
 
+// "Has no legal move" in the sense of stalemate: a game already ended by a
+// variant rule has no moves either, and that is not being blocked.
+bool blocked(Board& board) { return !board.isVariantEnd() && !board.hasLegalMove(); }
+
 }  // namespace
 
 bool Board::isVariantEnd() const {
@@ -47,7 +51,7 @@ bool Board::isVariantWin() {
         return true;
     const VariantRules& rules = variantRules;
     if (!rules.stalemateWins && !rules.stalemateByCount && !rules.checkmateWins) return false;
-    if (hasLegalMove()) return false;
+    if (!blocked(*this)) return false;
     const bool inCheck = isInCheck(us);
     if (!inCheck && rules.stalemateWins) return true;
     if (!inCheck && rules.stalemateByCount && popCount(byColor[us]) < popCount(byColor[them])) return true;
@@ -56,7 +60,10 @@ bool Board::isVariantWin() {
 
 bool Board::isVariantLoss() {
     const Color us = sideToMove, them = otherColor(us);
-    if ((pieces[them][King] & goalSquares) && !(variantRules.blackMayEqual && us == Black)) return true;
+    // Both kings home is a draw, not a loss.
+    if ((pieces[them][King] & goalSquares) && !(pieces[us][King] & goalSquares) &&
+        !(variantRules.blackMayEqual && us == Black))
+        return true;
     if (variantRules.countsChecks && checksRemaining[them] == 0) return true;
     if (variantRules.bareWins) {
         if (isBare(*this, them)) return true;
@@ -65,7 +72,7 @@ bool Board::isVariantLoss() {
     }
     if (variantRules.explosions && !hasUnpromotedKing(*this, us) && hasUnpromotedKing(*this, them))
         return true;
-    return variantRules.stalemateByCount && !hasLegalMove() && !isInCheck(us) &&
+    return variantRules.stalemateByCount && !isInCheck(us) && blocked(*this) &&
            popCount(byColor[us]) > popCount(byColor[them]);
 }
 
@@ -73,7 +80,7 @@ bool Board::isVariantDraw() {
     if (goalSquares && (pieces[White][King] & goalSquares) && (pieces[Black][King] & goalSquares))
         return true;
     if (variantRules.countsChecks && checksRemaining[White] == 0 && checksRemaining[Black] == 0) return true;
-    return variantRules.bareWins && variantRules.stalemateByCount && byColor[sideToMove] && !hasLegalMove() &&
+    return variantRules.bareWins && variantRules.stalemateByCount && byColor[sideToMove] && blocked(*this) &&
            popCount(byColor[White]) == popCount(byColor[Black]);
 }
 

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <sstream>
+
 #include "chess/board.h"
+#include "tools/san_replay.h"
 
 namespace tarnfold {
 namespace {
@@ -235,6 +239,31 @@ TEST(FenRead, StandardHomesCut) {
     board.cutCastlingRights(true);
     EXPECT_EQ(board.toFen(), "r3k1r1/8/8/8/8/8/8/R3K2R w KQq - 0 1");
     EXPECT_EQ(board.key, board.fullKey());
+}
+
+// Every position of the sample games, in every rule set, written as FEN and
+// read back: the same FEN and the same key.
+TEST(FenWrite, CorpusPositionsReadBack) {
+    int positions = 0;
+    for (const char* name : {"standard", "chess960", "crazyhouse", "atomic", "horde", "kingofthehill",
+                             "threecheck", "giveaway", "suicide", "losers", "racingkings"}) {
+        std::ifstream file(std::string(ZMFI_TEST_DATA_DIR "/corpus_sample/") + name + ".pgn",
+                           std::ios::binary);
+        ASSERT_TRUE(file) << name;
+        std::stringstream content;
+        content << file.rdbuf();
+        replay::ReplayResult result;
+        replay::Replayer(result, [&](const Board& board) {
+            const std::string fen = board.toFen();
+            Board again(board.variant);
+            ASSERT_TRUE(again.setFen(fen)) << fen;
+            EXPECT_EQ(again.toFen(), fen);
+            EXPECT_EQ(again.key, board.key) << fen;
+            ++positions;
+        }).run(content.str());
+        EXPECT_EQ(result.failedGames, 0) << name;
+    }
+    EXPECT_EQ(positions, 14627 + 190);  // every move, and every game's start
 }
 
 }  // namespace

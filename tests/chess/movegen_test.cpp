@@ -5,15 +5,10 @@
 #include <vector>
 
 #include "chess/board.h"
+#include "chess/board_from.h"
 
 namespace tarnfold {
 namespace {
-
-Board boardFrom(const char* fen, Variant variant = Standard) {
-    Board board(variant);
-    EXPECT_TRUE(board.setFen(fen)) << fen;
-    return board;
-}
 
 std::vector<std::string> texts(const MoveList& moves) {
     std::vector<std::string> result;

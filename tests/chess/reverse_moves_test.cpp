@@ -6,15 +6,10 @@
 #include <vector>
 
 #include "chess/board.h"
+#include "chess/board_from.h"
 
 namespace tarnfold {
 namespace {
-
-Board boardFrom(const char* fen) {
-    Board board;
-    EXPECT_TRUE(board.setFen(fen)) << fen;
-    return board;
-}
 
 bool listed(const MoveList& moves, Move move) {
     return std::find(moves.begin(), moves.end(), move) != moves.end();
@@ -120,6 +115,18 @@ TEST(ReverseMoves, ListAfterADoubleStepAndRefusedPawnsOnTheLastRank) {
     corner.generateLegalReverseMoves(reverses);
     EXPECT_FALSE(listed(reverses, putsBackAPawn));
     EXPECT_TRUE(listed(reverses, Move::make(WhiteRook, A1, A8, BlackKnight, NoPiece, Move::ReverseBit)));
+
+    // Castling is taken back to the ordinary homes even where the position
+    // came without rights; the right itself cannot be known then.
+    Board castled = boardFrom("5rk1/8/8/8/8/8/8/4K3 w - - 0 1");
+    const Move uncastle =
+        Move::make(BlackKing, E8, G8, NoPiece, NoPiece, Move::ShortCastleBit | Move::ReverseBit);
+    castled.generateLegalReverseMoves(reverses);
+    EXPECT_TRUE(listed(reverses, uncastle));
+    castled.makeMove(uncastle);
+    EXPECT_EQ(castled.toFen(), "4k2r/8/8/8/8/8/8/4K3 b - - 0 1");
+    castled.unmakeMove();
+    EXPECT_EQ(castled.toFen(), "5rk1/8/8/8/8/8/8/4K3 w - - 0 1");
 
     // Black has all sixteen men, so White took nothing and nothing is put
     // back; pawns on their second rank never move back.

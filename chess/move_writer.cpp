@@ -1,0 +1,105 @@
+// Writing SAN, shaped by a MoveTextStyle.
+
+#include "chess/attacks.h"
+#include "chess/names.h"
+#include "chess/notation.h"
+
+namespace tarnfold {
+
+namespace {
+
+std::string pieceText(PieceType type, bool glyphs) {
+    if (glyphs) return std::string(pieceSymbol(makePiece(type, White)));
+    return std::string(1, pieceTypeChar(type));
+}
+
+// The suffix for the side to move now standing in check, given by the move
+// just made or, for a reverse move, by the one it takes back.
+std::string checkSuffix(Board& board, const MoveTextStyle& style) {
+    const Color side = board.sideToMove;
+    if (!board.isInCheck(side)) return "";
+    if (!board.hasLegalMove()) return style.mateSuffix;
+    const Square king = board.royalKingSquare(side);
+    return moreThanOne(board.attackersTo(king, otherColor(side))) ? style.doubleCheckSuffix
+                                                                  : style.checkSuffix;
+}
+
+// File and rank needed to tell the move from those of other pieces of its
+// kind that reach the same target, in the sense of the style.
+std::string disambiguation(Board& board, Move move, const MoveTextStyle& style) {
+    const Square from = move.from();
+    if (style.disambiguation == 3) return std::string(squareName(from));
+    if (style.disambiguation != 1 && style.disambiguation != 2) return "";
+    thread_local MoveList moves;
+    if (move.isReverse()) {
+        board.generateLegalReverseMoves(moves);
+    } else {
+        const Bitboard others =
+            board.pieces[pieceColor(move.moved())][pieceType(move.moved())] & ~squareBit(from);
+        board.generateLegalMoves(moves, others, squareBit(move.to()), style.disambiguation == 2);
+    }
+    bool rivals = false, sameFile = false, sameRank = false;
+    for (Move other : moves) {
+        if (other.to() != move.to() || other.from() == from || other.moved() != move.moved()) continue;
+        if (other.isDrop() || other.isCastle()) continue;
+        rivals = true;
+        sameFile |= fileOf(other.from()) == fileOf(from);
+        sameRank |= rankOf(other.from()) == rankOf(from);
+    }
+    if (!rivals) return "";
+    std::string text;
+    if (!sameFile || sameRank) text += char('a' + fileOf(from));
+    if (sameFile) text += char('1' + rankOf(from));
+    return text;
+}
+
+std::string promotionText(Piece promotion, const MoveTextStyle& style) {
+    const std::string letter = pieceText(pieceType(promotion), style.useGlyphs);
+    if (style.promotionMark == "()" || style.promotionMark == "[]")
+        return style.promotionMark.substr(0, 1) + letter + style.promotionMark.substr(1);
+    return style.promotionMark + letter;
+}
+
+}  // namespace
+
+std::string moveToText(Board& board, Move move, const MoveTextStyle& style) {
+    if (move.isNull()) return style.nullMoveText;
+    std::string text = move.isReverse() ? style.reversePrefix : "";
+    std::string suffix;
+    if (move.isReverse()) {
+        suffix = checkSuffix(board, style);
+    } else {
+        board.makeMove(move);
+        suffix = checkSuffix(board, style);
+        board.unmakeMove();
+    }
+    if (move.isCastle())
+        return text + (move.isShortCastle() ? style.shortCastleText : style.longCastleText) + suffix;
+
+    const PieceType type = pieceType(move.moved());
+    if (type != Pawn) {
+        text += pieceText(type, style.useGlyphs);
+        if (!move.isDrop()) text += disambiguation(board, move, style);
+    } else if (move.isCapture()) {
+        text += char('a' + fileOf(move.from()));
+    }
+    if (move.isDrop()) text += style.dropMark;
+    if (move.isCapture()) {
+        text += style.captureMark;
+        if (move.isReverse()) {
+            const PieceType putBack = move.isEnPassant() ? Pawn : pieceType(move.captured());
+            text += '(' + pieceText(putBack, style.useGlyphs) + ')';
+        }
+    }
+    text += squareName(move.to());
+    if (move.isPromotion()) text += promotionText(move.promotion(), style);
+    if (move.isEnPassant()) {
+        // Taken back, an en passant capture reads the same as putting a pawn
+        // back on the target unless it says so.
+        if (move.isReverse()) text += "ep";
+        text += style.enPassantSuffix;
+    }
+    return text + suffix;
+}
+
+}  // namespace tarnfold

@@ -1,0 +1,288 @@
+// Reading SAN with the tolerance PGN files need: castling with O, o or 0,
+// qualifiers in any combination, promotions with '=', '/' or no mark, "ep"
+// notes, null moves, drops, and reverse moves after '~'.
+
+#include <array>
+
+#include "chess/names.h"
+#include "chess/notation.h"
+
+namespace tarnfold {
+
+namespace {
+
+constexpr std::array<std::string_view, 9> moveErrorTexts = {
+    "success",
+    "invalid character",
+    "invalid castling move",
+    "extraneous character",
+    "bad castling permission",
+    "illegal move",
+    "illegal promotion piece",
+    "malformed move",
+    "ambiguous move",
+};
+
+constexpr bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+constexpr bool isAlnum(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+constexpr bool isCastlingLetter(char c) { return c == 'O' || c == 'o' || c == '0'; }
+constexpr bool isPieceLetter(char c) { return c == 'B' || c == 'K' || c == 'N' || c == 'Q' || c == 'R'; }
+
+class SanReader {
+public:
+    SanReader(Board& board, std::string_view text, size_t& position, SanAttributes& noted)
+        : board_(board), text_(text), pos_(position), noted_(noted) {}
+
+    MoveError read(Move& move) {
+        while (pos_ < text_.size() && isSpace(text_[pos_])) ++pos_;
+        if (peek() == '~') {
+            reverse_ = true;
+            ++pos_;
+        }
+        mover_ = reverse_ ? otherColor(board_.sideToMove) : board_.sideToMove;
+        const char first = peek();
+        if (first == '-') return peek(1) == '-' ? nullMove(2, move) : MoveMalformed;
+        if (first == 'Z' || first == 'n' || first == 'p') {
+            for (std::string_view word : {"Z0", "null", "pass"})
+                if (text_.substr(pos_).starts_with(word) && !isAlnum(peek(word.size())))
+                    return nullMove(word.size(), move);
+            return MoveMalformed;
+        }
+        if (isCastlingLetter(first)) return castling(move);
+        return pieceMove(move);
+    }
+
+private:
+    char peek(size_t ahead = 0) const { return pos_ + ahead < text_.size() ? text_[pos_ + ahead] : '\0'; }
+
+    MoveError nullMove(size_t length, Move& move) {
+        pos_ += length;
+        noted_.isNull = true;
+        const Color side = board_.sideToMove;
+        const Bitboard kings = board_.pieces[side][King];
+        if (!kings) return MoveIllegal;
+        move = Move::null(makePiece(King, side), lowestSquare(kings));
+        return MoveSuccess;
+    }
+
+    // Ends the text on a check or mate mark, noting it.
+    bool takeMark() {
+        const char c = peek();
+        if (c != '+' && c != '#') return false;
+        (c == '+' ? noted_.checkMark : noted_.mateMark) = true;
+        ++pos_;
+        return true;
+    }
+
+    MoveError castling(Move& move) {
+        noted_.isCastling = true;
+        int count = 0;
+        for (; pos_ < text_.size(); ++pos_) {
+            const char c = text_[pos_];
+            if (isCastlingLetter(c)) {
+                ++count;
+                if (c != 'O') noted_.castlingWithZeroOrLetterO = true;
+            } else if (c != '-') {
+                break;
+            }
+        }
+        takeMark();
+        if (count != 2 && count != 3) return MoveMalformed;
+        const bool shortSide = count == 2;
+        const CastlingRights right = CastlingRights(1 << castlingBit(mover_, shortSide));
+        if (!reverse_ && !(board_.castlingRights & right)) return MoveBadCastlingPermission;
+        thread_local MoveList moves;
+        if (reverse_) {
+            board_.generateReverseMoves(moves);
+        } else {
+            const Square king = board_.royalKingSquare(mover_);
+            if (king == NoSquare) return MoveIllegal;
+            board_.generateLegalMoves(moves, squareBit(king));
+        }
+        for (Move candidate : moves) {
+            if (reverse_ && !board_.isLegalMove(candidate)) continue;
+            if (shortSide ? candidate.isShortCastle() : candidate.isLongCastle()) {
+                move = candidate;
+                return MoveSuccess;
+            }
+        }
+        return MoveIllegal;
+    }
+
+    MoveError pieceMove(Move& move) {
+        PieceType piece = pieceTypeFromChar(peek());
+        if (piece != NoPieceType) {
+            if (piece == Pawn) noted_.explicitPawn = true;
+            ++pos_;
+        } else {
+            piece = Pawn;
+        }
+        noted_.piece = piece;
+        if (board_.variantRules.hasPockets && peek() == '@') {
+            drop_ = true;
+            ++pos_;
+        }
+        if (const MoveError error = scanSquaresAndMarks(piece); error != MoveSuccess) return error;
+        if (file_ < 0 || rank_ < 0) return MoveMalformed;
+        const Square target = makeSquare(file_, rank_);
+        noted_.square = target;
+        noted_.qualifyingFile = qualifierFile_;
+        noted_.qualifyingRank = qualifierRank_;
+        noted_.promotion = promotion_;
+        return choose(piece, target, move);
+    }
+
+    MoveError scanSquaresAndMarks(PieceType piece) {
+        const int lastRank = mover_ == White ? 7 : 0;
+        while (pos_ < text_.size()) {
+            const char c = text_[pos_];
+            if (c == 'e' && peek(1) == 'p' && piece == Pawn && capture_ && qualifierFile_ >= 0 &&
+                file_ >= 0) {
+                enPassantNote_ = true;
+                pos_ += 2;
+            } else if (c >= 'a' && c <= 'h') {
+                if (qualifierFile_ >= 0) return MoveMalformed;
+                if (file_ >= 0) qualifierFile_ = file_;
+                file_ = c - 'a';
+                ++pos_;
+            } else if (c >= '1' && c <= '8') {
+                if (qualifierRank_ >= 0) return MoveMalformed;
+                if (rank_ >= 0) qualifierRank_ = rank_;
+                rank_ = c - '1';
+                ++pos_;
+            } else if (c == 'x' || c == 'X' || c == ':') {
+                if (capture_) break;
+                capture_ = noted_.captureMark = true;
+                if (c != 'x') noted_.captureWithColonOrX = true;
+                ++pos_;
+                if (reverse_ && !readPutBack()) return MoveMalformed;
+            } else if (c == '+' || c == '#') {
+                takeMark();
+                break;
+            } else if (c == '=' || c == '/') {
+                if (piece != Pawn || rank_ != lastRank || !isPieceLetter(peek(1))) break;
+                if (c == '/') noted_.promotionWithSlash = true;
+                promotion_ = pieceTypeFromChar(peek(1));
+                pos_ += 2;
+                takeMark();
+                break;
+            } else if (isPieceLetter(c)) {
+                if (piece != Pawn || rank_ != lastRank) return MoveMalformed;
+                noted_.promotionWithoutMark = true;
+                promotion_ = pieceTypeFromChar(c);
+                ++pos_;
+                takeMark();
+                break;
+            } else {
+                break;
+            }
+        }
+        return MoveSuccess;
+    }
+
+    // The piece a reverse capture puts back: a letter, bare or in
+    // parentheses.
+    bool readPutBack() {
+        const bool parenthesised = peek() == '(';
+        const PieceType type = pieceTypeFromChar(peek(parenthesised ? 1 : 0));
+        if (type == NoPieceType || type == King) return false;
+        if (parenthesised && peek(2) != ')') return false;
+        pos_ += parenthesised ? 3 : 1;
+        putBack_ = type;
+        return true;
+    }
+
+    bool fits(Move candidate, Piece moved) const {
+        if (candidate.isCastle() || candidate.isDrop() != drop_ || candidate.moved() != moved) return false;
+        const Piece promotion = promotion_ == NoPieceType ? NoPiece : makePiece(promotion_, mover_);
+        if (candidate.promotion() != promotion) return false;
+        if (!reverse_) return true;
+        // A reverse text says exactly what was taken and how.
+        if (!capture_) return !candidate.isCapture();
+        if (candidate.isEnPassant() != enPassantNote_) return false;
+        return enPassantNote_ ? putBack_ == Pawn
+                              : candidate.captured() == makePiece(putBack_, board_.sideToMove);
+    }
+
+    MoveError choose(PieceType piece, Square target, Move& move) {
+        Bitboard fromSet = ~Bitboard(0);
+        if (qualifierFile_ >= 0) fromSet &= fileMask[qualifierFile_];
+        if (qualifierRank_ >= 0) fromSet &= rankMask[qualifierRank_];
+        thread_local MoveList moves;
+        if (reverse_) {
+            board_.generateReverseMoves(moves);
+        } else {
+            if (!drop_) fromSet &= board_.pieces[mover_][piece];
+            board_.generateLegalMoves(moves, fromSet, squareBit(target),
+                                      !board_.variantRules.mandatoryCapture);
+        }
+        const Piece moved = makePiece(piece, mover_);
+        bool found = false;
+        for (Move candidate : moves) {
+            if (reverse_ && (candidate.to() != target || !contains(fromSet, candidate.from()))) continue;
+            if (!fits(candidate, moved) || !board_.isLegalMove(candidate)) continue;
+            if (found) return MoveAmbiguous;
+            move = candidate;
+            found = true;
+        }
+        return found ? MoveSuccess : MoveIllegal;
+    }
+
+    Board& board_;
+    std::string_view text_;
+    size_t& pos_;
+    SanAttributes& noted_;
+    bool reverse_ = false;
+    Color mover_ = White;
+    bool drop_ = false;
+    bool capture_ = false;
+    bool enPassantNote_ = false;
+    int file_ = -1, rank_ = -1, qualifierFile_ = -1, qualifierRank_ = -1;
+    PieceType promotion_ = NoPieceType;
+    PieceType putBack_ = NoPieceType;
+};
+
+}  // namespace
+
+std::string_view notationName(Notation notation) {
+    switch (notation) {
+        case Notation::SAN: return "SAN";
+        case Notation::EDN: return "EDN";
+    }
+    return "";
+}
+
+std::string_view moveErrorText(MoveError error) {
+    return error < moveErrorTexts.size() ? moveErrorTexts[error] : std::string_view();
+}
+
+std::string moveErrorMessage(std::string_view text, MoveError error, size_t position) {
+    std::string message = "Error parsing move: ";
+    message += moveErrorText(error);
+    message += '\n';
+    message += text;
+    message += '\n';
+    if (position > 0) message.append(position - 1, ' ');
+    message += "^\n";
+    return message;
+}
+
+MoveError parseSan(Board& board, std::string_view text, Move& move, size_t& position,
+                   SanAttributes* attributes) {
+    SanAttributes local;
+    SanAttributes& noted = attributes ? *attributes : local;
+    noted = SanAttributes{};
+    return SanReader(board, text, position, noted).read(move);
+}
+
+MoveError parseMove(Board& board, Notation notation, std::string_view text, Move& move, size_t& position) {
+    switch (notation) {
+        case Notation::SAN: return parseSan(board, text, move, position);
+        case Notation::EDN: return parseEdn(board, text, move, position);
+    }
+    return MoveMalformed;
+}
+
+}  // namespace tarnfold
