@@ -1,0 +1,73 @@
+#pragma once
+
+// One game as the engine sees it: its tags, its result, the tree of its moves
+// and a cursor into that tree with a Board kept at the cursor's position. A
+// Game is made once per thread and reset before each game, so its Board and
+// vectors keep their capacity from game to game.
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "chess/board.h"
+#include "pgn/game_result.h"
+#include "pgn/game_tree.h"
+
+namespace tarnfold::PGN {
+
+struct GameTag {
+    std::string name;
+    std::string value;
+
+    bool operator==(const GameTag&) const = default;
+};
+
+template <typename NodeType>
+class Game {
+public:
+    Game() { reset(); }
+
+    std::vector<GameTag> tags;
+    uint32_t result = UnknownResult;
+    // Always the position reached by the moves from root to current.
+    Board board;
+    std::unique_ptr<NodeType> root;
+    NodeType* current = nullptr;
+
+    void reset() {
+        tags.clear();
+        result = UnknownResult;
+        board.setStartPosition();
+        root = std::make_unique<NodeType>();
+        current = root.get();
+    }
+
+    void rewind() {
+        while (current->parentNode) back();
+    }
+
+    // Moves the cursor to a child of current, playing its move.
+    void forward(NodeType* child) {
+        board.makeMove(child->move);
+        current = child;
+    }
+
+    void back() {
+        board.unmakeMove();
+        current = static_cast<NodeType*>(current->parentNode);
+    }
+};
+
+// What the engine needs of the tags, extracted once per game.
+struct GameInfo {
+    std::optional<std::string> white, black, site, event, eco, date, eventDate;
+    std::optional<uint32_t> year, whiteElo, blackElo;
+
+    bool operator==(const GameInfo&) const = default;
+};
+
+void extractGameInfo(const std::vector<GameTag>& tags, GameInfo& info);
+
+}  // namespace tarnfold::PGN

@@ -1,0 +1,66 @@
+#pragma once
+
+// A game written back as PGN. The movetext is first laid out as words, each
+// knowing whether a blank separates it from the one before, and a single pass
+// then breaks the words into lines; tags come in front as whole lines.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "chess/notation.h"
+#include "pgn/game.h"
+#include "pgn/game_tree.h"
+
+namespace tarnfold::PGN {
+
+struct PGNWriteOptions {
+    bool omitTags = false;
+    bool comments = true;
+    // Off: ';' comments of the input are left out.
+    bool keepLineComments = true;
+    bool nags = true;
+    bool variations = true;
+    bool result = true;
+    // "1.e4" rather than "1. e4".
+    bool compactMoves = true;
+    // "(1.e4 e5)" rather than "( 1.e4 e5 )".
+    bool compactVariations = true;
+    // "{text}" rather than "{ text }".
+    bool compactComments = true;
+    bool moveNumbers = true;
+    // Whether Black's move after a NAG or a comment is numbered ("1...e5").
+    bool moveNumberAfterNag = true;
+    bool moveNumberAfterComment = true;
+    // Stands for a brace inside a comment; NUL drops the brace.
+    char braceReplacement = '_';
+    // 0: the movetext is one line.
+    uint32_t lineWidth = 79;
+    // The comments at one place joined into a single one.
+    bool coalesceComments = false;
+    // Repeats among the comments at one place left out.
+    bool uniqueComments = true;
+    // Off: a comment stays whole on one line, its blanks squeezed to one.
+    bool splitCommentWords = true;
+    // Off: a line never ends between a move number and its move.
+    bool splitMoves = true;
+    MoveTextStyle notation;
+};
+
+struct PGNWord {
+    std::string text;
+    bool spaceBefore = true;
+};
+
+// The game must stand at its root; current and the Board come back there.
+std::string gameToPgn(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game);
+
+// The continuation of current, variations included.
+void writeMoves(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game,
+                std::vector<PGNWord>& words, bool forceNumber);
+// Both return whether they added a word.
+bool writeComments(const PGNWriteOptions& options, const std::vector<GameComment>& commentList,
+                   std::vector<PGNWord>& words);
+bool writeNags(const PGNWriteOptions& options, const std::vector<uint8_t>& nags, std::vector<PGNWord>& words);
+
+}  // namespace tarnfold::PGN
