@@ -1,0 +1,142 @@
+#pragma once
+
+// Evaluates a parsed query over one game at a time: every position of the
+// game is laid out in one table first (a board per row), then the root is
+// evaluated once per row in table order. One engine per thread, reused from
+// game to game.
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "chess/board.h"
+#include "engine/value.h"
+#include "engine/variable_store.h"
+#include "pgn/game.h"
+#include "query/parsed_query.h"
+
+namespace tarnfold::zmf {
+
+struct PositionRow {
+    const PGN::AnnotatedGameTreeNode* node = nullptr;
+    uint32_t id = 0;
+    // Variation steps away from the main line; 0 on it.
+    uint16_t depth = 0;
+    bool virtualMainline = false;
+};
+
+// A comment that a filter wants in the game if the whole query holds.
+struct CommentEntry {
+    uint32_t kind = 0;
+    ZmfString text;
+    PositionRef position;
+    uint32_t sequence = 0;
+};
+
+// A deferred update of a sort or best-value slot, with its comments.
+struct CommitEntry {
+    uint32_t target = 0;  // 0 a best-value slot, 1 a sort slot
+    std::optional<Value> value;
+    uint32_t slot = 0;
+    bool maximum = false;
+    std::vector<CommentEntry> comments;
+};
+
+// A message or failure raised while a game is evaluated.
+struct EngineMessage {
+    uint32_t kind = 0;
+    std::string text;
+    OptionalOffset location;
+    uint32_t positionId = 0;
+    uint32_t gameNumber = 0;
+};
+
+struct PositionMatch {
+    const PGN::AnnotatedGameTreeNode* node = nullptr;
+    Value value;
+};
+
+class ZMFEngine {
+public:
+    using Game = PGN::Game<PGN::AnnotatedGameTreeNode>;
+
+    // Behaviour flags, set once before the first game.
+    bool variations = false;
+    bool quiet = false;
+    bool recordAll = false;
+    bool smartComments = true;
+    bool commitLog = true;
+    bool keepAllBest = false;
+    bool asyncMessages = true;
+    bool asyncErrors = true;
+
+    uint64_t positionsTotal = 0;
+    uint32_t commentSequence = 0;
+    uint32_t current = 0;
+    uint32_t gameNumber = 0;
+    uint32_t lastPosition = 0;
+    uint16_t maxPieceId = 0;
+
+    bool tagsParsed = false;
+    bool hasVariations = false;
+    bool abort = false;
+
+    std::vector<PositionRow> positions;
+    std::vector<Board> boards;
+
+    std::vector<EngineMessage> errors;
+    std::vector<CommentEntry> commentLog;
+    std::vector<CommitEntry> commitEntries;
+
+    // Evaluates the query at every position of the game (which must stand at
+    // its root, as after rewind) and appends each match.
+    void runGame(Game& game, ParsedQuery& query, std::vector<PositionMatch>& matches);
+    Value evaluate(const ZMFNode& node);
+
+    uint32_t positionCount() const { return uint32_t(positions.size()); }
+    void addComment(uint32_t kind, ZmfString text, const PositionRef& position);
+    void fail(uint32_t kind, std::string text, const ZMFNode& node);
+    // The board of the current row.
+    const Board& board() const { return boards[current]; }
+    PositionRef currentRef() const;
+
+    // The query's variable values; persistent ones live on from game to game.
+    std::vector<Value> slotValues;
+    VariableStore variables;
+
+private:
+    void prepare(ParsedQuery& query);
+    void layOut(Game& game);
+    void layOutFrom(Game& game, PGN::AnnotatedGameTreeNode* node, uint16_t depth, bool virtualMainline);
+    void runPositions(const ZMFNode& root, std::vector<PositionMatch>& matches);
+    Value dispatch(const ZMFNode& node);
+
+    // Evaluation by family, each in engine/eval_*.cpp.
+    Value evaluateLogical(const ZMFNode& node);
+    Value evaluateCompound(const std::vector<NodePtr>& children, const ZMFNode& node);
+    Value evaluateIf(const ZMFNode& node);
+    Value evaluateLoop(const ZMFNode& node);
+    Value evaluateColon(const ZMFNode& node);
+    Value evaluateVariable(const ZMFNode& node);
+    Value evaluateAssign(const ZMFNode& node);
+    Value evaluateArithmetic(const ZMFNode& node);
+    Value evaluateComparison(const ZMFNode& node);
+    Value evaluateSetOperator(const ZMFNode& node);
+    Value evaluateBoardState(const ZMFNode& node);
+    Value evaluatePieceDesignator(const ZMFNode& node) const;
+
+    // Mate and stalemate tests try moves on the row's board and take them back.
+    Board& mutableBoard() { return boards[current]; }
+
+    ParsedQuery* query_ = nullptr;
+    uint16_t gamePieceIdCounter_ = 0;
+};
+
+// Text of a value for comments, messages and the end-of-run print; the board
+// gives positions and pieces their readable form.
+std::string renderValue(const Value& value, const Board* board);
+
+}  // namespace tarnfold::zmf
