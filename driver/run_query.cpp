@@ -1,12 +1,16 @@
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <iostream>
 #include <memory>
 
 #include "driver/entry.h"
+#include "driver/game_loop.h"
 #include "driver/header_defaults.h"
 #include "driver/print_diagnostics.h"
+#include "driver/run_totals.h"
 #include "driver/source/path_search.h"
 #include "query/dump_target.h"
 #include "query/parser.h"
@@ -23,6 +27,14 @@ void setElisions(Parser& parser, bool auxNodes, bool braces, bool parens) {
     parser.finalPass = auxNodes;
     parser.keepCompounds = !braces;
     parser.keepParens = !parens;
+}
+
+// Workers can only run a query whose persistent variables can be merged at
+// the end.
+bool persistentVariablesMergeable(const ParsedQuery& query) {
+    for (const VariableSlot& slot : query.variableSlots)
+        if (slot.persistent && slot.mergeStrategy == MergeStrategy::None) return false;
+    return true;
 }
 
 void printParsedQuery(const ParsedQuery& query, const Parser& parser, const ZMFDriverOptions& options) {
@@ -76,17 +88,28 @@ bool runQuery(ZMFDriverOptions& options) {
         return false;
     }
     std::string resolved = resolveFile(options.inputFile, queryPathList);
-    std::FILE* input = std::fopen(resolved.c_str(), "rb");
+    std::ifstream input(resolved, std::ios::binary);
     if (!input) {
         std::cout << "Failed to open file '" << options.inputFile << "': " << std::strerror(errno) << "\n"
                   << std::flush;
         return false;
     }
-    std::fclose(input);
-    // Games are read and the query evaluated over them once the PGN reader
-    // and the engine exist; until then say so rather than pretend.
-    std::cout << "zmfi: this build cannot run queries over games yet\n" << std::flush;
-    return false;
+
+    RunTotals& totals = runTotals();
+    totals.start = std::chrono::steady_clock::now();
+    unsigned threadsUsed = 0;
+    if (options.threads == 0) {
+        threadsUsed = runSingleThreaded(options, query, input);
+    } else if (options.threads == 1 || persistentVariablesMergeable(query)) {
+        threadsUsed = runWorkers(options, input, options.threads);
+    } else {
+        std::cout << "Running is single-threaded mode due to presence of non-mergeable persistent variable\n";
+        threadsUsed = runSingleThreaded(options, query, input);
+    }
+    std::cout << "\n" << std::flush;
+    input.close();
+    if (totals.fatal) return false;
+    return writeOutput(options, threadsUsed);
 }
 
 }  // namespace tarnfold::zmf

@@ -19,7 +19,7 @@ namespace tarnfold::zmf {
 
 // One row of the position table, as a value.
 struct PositionRef {
-    const PGN::AnnotatedGameTreeNode* node = nullptr;
+    PGN::AnnotatedGameTreeNode* node = nullptr;
     uint32_t id = 0;
     uint16_t depth = 0;
     bool virtualMainline = false;

@@ -21,7 +21,7 @@
 namespace tarnfold::zmf {
 
 struct PositionRow {
-    const PGN::AnnotatedGameTreeNode* node = nullptr;
+    PGN::AnnotatedGameTreeNode* node = nullptr;
     uint32_t id = 0;
     // Variation steps away from the main line; 0 on it.
     uint16_t depth = 0;
@@ -55,7 +55,7 @@ struct EngineMessage {
 };
 
 struct PositionMatch {
-    const PGN::AnnotatedGameTreeNode* node = nullptr;
+    PGN::AnnotatedGameTreeNode* node = nullptr;
     Value value;
 };
 

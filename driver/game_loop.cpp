@@ -1,0 +1,159 @@
+// The two ways of running the games: one loop on the main thread, or a pool
+// of detached workers that take game texts from one shared scanner.
+
+#include "driver/game_loop.h"
+
+#include <memory>
+#include <mutex>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "driver/process_game.h"
+#include "pgn/pgn_reader.h"
+#include "query/parser.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+
+bool shouldSkip(const RunGame& game, const ZMFDriverOptions& options) {
+    return game.board.variant == Unknown && options.skipUnknownVariants;
+}
+
+bool resultFilterRejects(const RunGame& game, const ZMFDriverOptions& options) {
+    return options.hasResultFilter && game.result != options.resultFilter;
+}
+
+enum class Range { Inside, Before, After };
+
+// --gamenumber: games before the range are counted and passed over; the
+// first game after it ends the reading.
+Range inRange(const ZMFDriverOptions& options, uint32_t number) {
+    if (options.gameNumberFirst == 0) return Range::Inside;
+    if (number < options.gameNumberFirst) return Range::Before;
+    return number > options.gameNumberLast ? Range::After : Range::Inside;
+}
+
+void addCounts(const GameCounts& from) {
+    GameCounts& to = runTotals().counts;
+    to.positions += from.positions;
+    to.gamesOutOfRange += from.gamesOutOfRange;
+    to.matchingPositions += from.matchingPositions;
+    to.matchingGames += from.matchingGames;
+}
+
+// Everything a worker owns: its copy of the options, its own parse of the
+// query, and its game, reader and engine.
+struct WorkerContext {
+    ZMFDriverOptions options;
+};
+
+void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
+    RunTotals& totals = runTotals();
+    RunGame game;
+    ZMFEngine engine;
+    setUpEngine(engine, options);
+    GameCounts counts;
+    std::string text;
+    for (;;) {
+        if (totals.fatal || totals.limitReached) break;
+        game.reset();
+        PGN::PGNPosition start;
+        uint32_t number = 0;
+        {
+            std::lock_guard lock(totals.readerLock);
+            start = totals.sharedScanner->position();
+            if (!totals.sharedScanner->readGameText(text)) break;
+            number = ++totals.gamesRead;
+        }
+        const Range range = inRange(options, number);
+        if (range != Range::Inside) ++counts.gamesOutOfRange;
+        if (range == Range::Before) continue;
+        if (range == Range::After) break;
+        std::istringstream stream(text);
+        PGN::PGNReader reader(stream, options.nestedComments, options.variantAliases);
+        reader.setPosition(start);
+        reader.game = &game;
+        reader.clearGameState();
+        const int status = reader.read();
+        const bool skip = shouldSkip(game, options);
+        if (status != 0 && !skip) listErrors(reader.errors, number);
+        showProgress(number, options);
+        if (skip || resultFilterRejects(game, options)) continue;
+        if (!processGame(options, query, engine, game, number, true, counts)) break;
+    }
+    counts.positions = engine.positionsTotal;
+    std::lock_guard lock(totals.resultsLock);
+    addCounts(counts);
+    collectPersistentVariables(query, engine, totals.persistentVariables);
+}
+
+void workerMain(std::unique_ptr<WorkerContext> context) {
+    // Each worker parses the query by itself, so that no part of the tree or
+    // of its variable slots is shared between threads.
+    Parser parser;
+    parser.finalPass = true;
+    parser.keepCompounds = false;
+    parser.keepParens = false;
+    ParsedQuery query = parser.parseQuery(context->options.querySource);
+    if (query.root) workerLoop(context->options, query);
+    RunTotals& totals = runTotals();
+    std::lock_guard lock(totals.workerCountLock);
+    --totals.activeWorkers;
+    totals.workersDone.notify_all();
+}
+
+}  // namespace
+
+unsigned runSingleThreaded(const ZMFDriverOptions& options, ParsedQuery& query, std::istream& input) {
+    RunTotals& totals = runTotals();
+    PGN::PGNReader reader(input, options.nestedComments, options.variantAliases);
+    reader.skipByteOrderMark();
+    RunGame game;
+    reader.game = &game;
+    ZMFEngine engine;
+    setUpEngine(engine, options);
+    GameCounts counts;
+    for (;;) {
+        game.reset();
+        reader.clearGameState();
+        const int status = reader.read();
+        if (status == 2) break;
+        const bool skip = shouldSkip(game, options);
+        if (status == 1 && !skip) listErrors(reader.errors, totals.gamesRead + 1);
+        const uint32_t number = ++totals.gamesRead;
+        const Range range = inRange(options, number);
+        if (range != Range::Inside) ++counts.gamesOutOfRange;
+        if (range == Range::Before) continue;
+        if (range == Range::After) break;
+        showProgress(number, options);
+        if (skip || resultFilterRejects(game, options)) continue;
+        if (!processGame(options, query, engine, game, number, false, counts)) break;
+    }
+    counts.positions = engine.positionsTotal;
+    addCounts(counts);
+    collectPersistentVariables(query, engine, totals.persistentVariables);
+    return 1;
+}
+
+unsigned runWorkers(const ZMFDriverOptions& options, std::istream& input, unsigned count) {
+    RunTotals& totals = runTotals();
+    PGN::PGNParser scanner(input);
+    scanner.skipByteOrderMark();
+    totals.sharedScanner = &scanner;
+    for (unsigned i = 0; i < count; ++i) {
+        auto context = std::make_unique<WorkerContext>(WorkerContext{options});
+        {
+            std::lock_guard lock(totals.workerCountLock);
+            ++totals.activeWorkers;
+        }
+        std::thread(workerMain, std::move(context)).detach();
+    }
+    std::unique_lock lock(totals.workerCountLock);
+    totals.workersDone.wait(lock, [&] { return totals.activeWorkers == 0; });
+    totals.sharedScanner = nullptr;
+    return count;
+}
+
+}  // namespace tarnfold::zmf

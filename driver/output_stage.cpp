@@ -1,0 +1,108 @@
+// The end of a run: the collected games in their sorted order, then the
+// persistent variables and the summary lines.
+
+#include <unicode/coll.h>
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+
+#include "driver/game_loop.h"
+#include "driver/run_totals.h"
+#include "driver/source/path_search.h"
+#include "engine/zmf_engine.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+
+int collate(const std::string& a, const std::string& b) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale::getDefault(), status));
+    if (U_FAILURE(status)) return a.compare(b);
+    return collator->compare(icu::UnicodeString::fromUTF8(a), icu::UnicodeString::fromUTF8(b), status);
+}
+
+// Games without a value go last, whatever the direction.
+bool keyLess(const SortKey& a, const SortKey& b) {
+    if (!a.hasValue || !b.hasValue) return a.hasValue && !b.hasValue;
+    const SortKey& low = a.ascending ? a : b;
+    const SortKey& high = a.ascending ? b : a;
+    if (std::holds_alternative<int64_t>(low.value))
+        return std::get<int64_t>(low.value) < std::get<int64_t>(high.value);
+    return collate(std::get<std::string>(low.value), std::get<std::string>(high.value)) < 0;
+}
+
+bool gameLess(const OutputGame& a, const OutputGame& b) {
+    const size_t common = std::min(a.sortKeys.size(), b.sortKeys.size());
+    for (size_t i = 0; i < common; ++i) {
+        if (keyLess(a.sortKeys[i], b.sortKeys[i])) return true;
+        if (keyLess(b.sortKeys[i], a.sortKeys[i])) return false;
+    }
+    return a.sortKeys.size() < b.sortKeys.size();
+}
+
+void printPersistentVariables(const ZMFDriverOptions& options) {
+    for (const auto& [name, value] : runTotals().persistentVariables) {
+        if (value.is(ValueType::Dictionary) && !options.showDictionaries) continue;
+        std::cout << "Persistent variable '" << name << "': ";
+        if (value.is(ValueType::String))
+            std::cout << '"' << renderValue(value, nullptr) << '"';
+        else
+            std::cout << renderValue(value, nullptr);
+        std::cout << "\n";
+    }
+}
+
+void printSummary(const ZMFDriverOptions& options, unsigned threadsUsed) {
+    RunTotals& totals = runTotals();
+    const GameCounts& counts = totals.counts;
+    std::printf("%u ZMF matches (in %u game%s) written to %s\n", counts.matchingPositions,
+                counts.matchingGames, counts.matchingGames == 1 ? "" : "s", options.outputFile.c_str());
+    const int games = int(totals.gamesRead - counts.gamesOutOfRange);
+    const auto elapsed = std::chrono::steady_clock::now() - totals.start;
+    const double seconds =
+        double(std::chrono::duration_cast<std::chrono::nanoseconds>(elapsed).count()) / 1e9;
+    // A run too short to measure still prints finite rates.
+    const double divisor = seconds > 0 ? seconds : 1e-9;
+    std::printf("Analyzed %d games with %llu positions in %.4g seconds using %u thread%s (%d g/s, %d p/s)\n",
+                games, static_cast<unsigned long long>(counts.positions), seconds, threadsUsed,
+                threadsUsed < 2 ? "" : "s", int(games / divisor), int(double(counts.positions) / divisor));
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+bool writeOutput(ZMFDriverOptions& options, unsigned threadsUsed) {
+    std::cout << std::flush;
+    const bool toStdout = options.outputFile == "stdout";
+    if (options.outputFile.empty()) {
+        std::string stem = fileStem(options.queryFile);
+        if (stem.empty()) stem = "zmfdefault";
+        options.outputFile = stem + "-out.pgn";
+        options.appendOutput = false;
+    }
+    std::ofstream file;
+    if (!toStdout) {
+        file.open(options.outputFile,
+                  std::ios::binary | (options.appendOutput ? std::ios::app : std::ios::trunc));
+        if (!file) {
+            std::cout << "Failed to open output file '" << options.outputFile << "': " << std::strerror(errno)
+                      << "\n"
+                      << std::flush;
+            return false;
+        }
+    }
+    std::ostream& out = toStdout ? std::cout : file;
+    std::vector<OutputGame>& games = runTotals().outputGames;
+    std::stable_sort(games.begin(), games.end(), gameLess);
+    for (const OutputGame& game : games) out << game.text << "\n" << std::flush;
+    printPersistentVariables(options);
+    std::cout << std::flush;
+    printSummary(options, threadsUsed);
+    return true;
+}
+
+}  // namespace tarnfold::zmf

@@ -1,0 +1,177 @@
+#include "driver/process_game.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <mutex>
+
+#include "query/render_message.h"
+
+namespace tarnfold::zmf {
+
+RunTotals& runTotals() {
+    static RunTotals totals;
+    return totals;
+}
+
+void setUpEngine(ZMFEngine& engine, const ZMFDriverOptions& options) {
+    engine.variations = options.processVariations;
+    engine.quiet = options.quiet;
+    engine.smartComments = options.smartComments;
+    engine.commitLog = options.commitLog;
+    engine.keepAllBest = options.keepAllBest;
+    engine.asyncMessages = options.asyncMessages;
+    engine.asyncErrors = options.asyncErrors;
+}
+
+PGN::PGNWriteOptions writeOptionsFrom(const ZMFDriverOptions& options) {
+    PGN::PGNWriteOptions write;
+    write.comments = options.emitComments;
+    write.nags = options.emitNags;
+    write.variations = options.emitVariations;
+    write.compactMoves = options.compactMoves;
+    write.compactVariations = options.compactVariations;
+    write.compactComments = options.compactComments;
+    write.moveNumbers = options.moveNumbers;
+    write.moveNumberAfterNag = options.moveNumberAfterNag;
+    write.moveNumberAfterComment = options.moveNumberAfterComment;
+    write.lineWidth = options.pgnLineWidth;
+    write.coalesceComments = options.coalesceComments;
+    write.uniqueComments = options.uniqueComments;
+    write.splitMoves = options.splitMoves;
+    return write;
+}
+
+void listErrors(const std::vector<PGN::PGNError>& errors, uint32_t number) {
+    std::lock_guard lock(runTotals().consoleLock);
+    std::cout << "There were errors while parsing game #" << number << ":\n";
+    for (const PGN::PGNError& error : errors)
+        std::cout << "  line " << error.position.line + 1 << ": col " << error.position.column << ": "
+                  << error.message << "\n";
+    std::cout << std::flush;
+}
+
+void showProgress(uint32_t number, const ZMFDriverOptions& options) {
+    const uint32_t increment = options.lineIncrement;
+    if (increment == 0) return;
+    std::lock_guard lock(runTotals().consoleLock);
+    if (number % increment == 0) {
+        std::fprintf(stderr, "[%u]\n", number);
+        std::fflush(stderr);
+    } else if (increment >= 10 && number % (increment / 10) == 0) {
+        std::fputc('.', stderr);
+    }
+}
+
+namespace {
+
+// A run-time error ends the process at once: nothing is written.
+[[noreturn]] void endOnFatal(const EngineMessage& message, const ZMFEngine& engine) {
+    const Board& board = engine.boards[message.positionId];
+    std::cout << message.text << "\n"
+              << board.boardDiagram() << "Game " << message.gameNumber << ": move " << board.fullmoveNumber
+              << (board.sideToMove == White ? "(wtm)" : "(btm)") << " " << board.toFen() << "\n\n"
+              << std::flush;
+    std::_Exit(1);
+}
+
+std::string messageText(const EngineMessage& message, const ZMFDriverOptions& options) {
+    if (!message.location) return message.text;
+    return renderMessage(options.querySource,
+                         makeMessage(MessageLevel::Error, message.text, message.location));
+}
+
+// False when the worker should stop because the run has already failed.
+bool deliverMessages(const ZMFEngine& engine, const ZMFDriverOptions& options, bool pool) {
+    if (engine.errors.empty()) return true;
+    RunTotals& totals = runTotals();
+    std::lock_guard lock(totals.consoleLock);
+    if (pool && totals.fatal) return false;
+    for (const EngineMessage& message : engine.errors) {
+        if (message.kind == 0) endOnFatal(message, engine);
+        std::cout << messageText(message, options) << "\n";
+    }
+    std::cout << std::flush;
+    return true;
+}
+
+bool matchCountFits(const ZMFDriverOptions& options, size_t count) {
+    if (options.hasMatchCount) return count >= options.matchCountMin && count <= options.matchCountMax;
+    return count >= 1;
+}
+
+// In the pool the games that fill the limit are those that finish first.
+bool takeLimitSlot(const ZMFDriverOptions& options) {
+    if (options.limit == 0) return true;
+    RunTotals& totals = runTotals();
+    std::lock_guard lock(totals.limitLock);
+    if (totals.limitCount >= options.limit) return false;
+    if (++totals.limitCount == options.limit) totals.limitReached = true;
+    return true;
+}
+
+SortKey numberKey(int64_t value, bool ascending) {
+    SortKey key;
+    key.value = value;
+    key.hasValue = true;
+    key.ascending = ascending;
+    return key;
+}
+
+void addRootComment(RunGame& game, std::string text) {
+    game.root->commentsAfter.push_back({PGN::BraceComment, std::move(text)});
+}
+
+}  // namespace
+
+bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine& engine, RunGame& game,
+                 uint32_t number, bool pool, GameCounts& counts) {
+    game.rewind();
+    engine.gameNumber = number;
+    std::vector<PositionMatch> matches;
+    engine.runGame(game, query, matches);
+    if (!deliverMessages(engine, options, pool)) return false;
+    if (!matchCountFits(options, matches.size())) return true;
+    if (pool && !takeLimitSlot(options)) return false;
+    if (options.showMatches) {
+        std::lock_guard lock(runTotals().consoleLock);
+        std::fprintf(stderr, "<%u>", number);
+    }
+
+    if (!options.noHeader && !options.silent) addRootComment(game, "Game number " + std::to_string(number));
+    if (!options.quiet && !options.matchString.empty())
+        for (const PositionMatch& match : matches)
+            match.node->commentsAfter.push_back({PGN::BraceComment, options.matchString});
+    ++counts.matchingGames;
+    counts.matchingPositions += uint32_t(matches.size());
+
+    OutputGame output;
+    if (options.sortByMatchCount) {
+        output.sortKeys.push_back(numberKey(int64_t(matches.size()), false));
+        if (!options.silent) addRootComment(game, "matchcount: " + std::to_string(matches.size()));
+    }
+    if (!options.silent)
+        for (const CommentEntry& entry : engine.commentLog)
+            entry.position.node->commentsAfter.push_back({PGN::BraceComment, entry.text->toUtf8()});
+
+    game.rewind();
+    if (pool) output.sortKeys.push_back(numberKey(number, true));
+    output.text = PGN::gameToPgn(writeOptionsFrom(options), game);
+    RunTotals& totals = runTotals();
+    if (pool) {
+        std::lock_guard lock(totals.resultsLock);
+        totals.outputGames.push_back(std::move(output));
+        return true;
+    }
+    totals.outputGames.push_back(std::move(output));
+    return options.limit == 0 || ++totals.limitCount < options.limit;
+}
+
+void collectPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,
+                                std::map<std::string, Value>& variables) {
+    for (const VariableSlot& slot : query.variableSlots)
+        if (slot.persistent && slot.id < engine.slotValues.size())
+            variables[slot.name] = engine.slotValues[slot.id];
+}
+
+}  // namespace tarnfold::zmf
