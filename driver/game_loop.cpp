@@ -3,9 +3,10 @@
 
 #include "driver/game_loop.h"
 
+#include <istream>
 #include <memory>
 #include <mutex>
-#include <sstream>
+#include <streambuf>
 #include <string>
 #include <thread>
 
@@ -43,6 +44,15 @@ void addCounts(const GameCounts& from) {
     to.matchingGames += from.matchingGames;
 }
 
+// Reads a game's text where it lies, without copying it into a stream.
+class TextView : public std::streambuf {
+public:
+    void show(const std::string& text) {
+        char* begin = const_cast<char*>(text.data());
+        setg(begin, begin, begin + text.size());
+    }
+};
+
 // Everything a worker owns: its copy of the options, its own parse of the
 // query, and its game, reader and engine.
 struct WorkerContext {
@@ -56,6 +66,11 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
     setUpEngine(engine, options);
     GameCounts counts;
     std::string text;
+    // One reader for all the worker's games, pointed at each text in turn.
+    TextView view;
+    std::istream stream(&view);
+    PGN::PGNReader reader(stream, options.nestedComments, options.variantAliases);
+    reader.game = &game;
     for (;;) {
         if (totals.fatal || totals.limitReached) break;
         game.reset();
@@ -71,10 +86,9 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
         if (range != Range::Inside) ++counts.gamesOutOfRange;
         if (range == Range::Before) continue;
         if (range == Range::After) break;
-        std::istringstream stream(text);
-        PGN::PGNReader reader(stream, options.nestedComments, options.variantAliases);
+        view.show(text);
+        stream.clear();
         reader.setPosition(start);
-        reader.game = &game;
         reader.clearGameState();
         const int status = reader.read();
         const bool skip = shouldSkip(game, options);

@@ -65,20 +65,21 @@ void showProgress(uint32_t number, const ZMFDriverOptions& options) {
 
 namespace {
 
-// A run-time error ends the process at once: nothing is written.
-[[noreturn]] void endOnFatal(const EngineMessage& message, const ZMFEngine& engine) {
-    const Board& board = engine.boards[message.positionId];
-    std::cout << message.text << "\n"
-              << board.boardDiagram() << "Game " << message.gameNumber << ": move " << board.fullmoveNumber
-              << (board.sideToMove == White ? "(wtm)" : "(btm)") << " " << board.toFen() << "\n\n"
-              << std::flush;
-    std::_Exit(1);
-}
-
 std::string messageText(const EngineMessage& message, const ZMFDriverOptions& options) {
     if (!message.location) return message.text;
     return renderMessage(options.querySource,
                          makeMessage(MessageLevel::Error, message.text, message.location));
+}
+
+// A run-time error ends the process at once: nothing is written.
+[[noreturn]] void endOnFatal(const EngineMessage& message, const ZMFEngine& engine,
+                             const ZMFDriverOptions& options) {
+    const Board& board = engine.boards[message.positionId];
+    std::cout << messageText(message, options) << "\n"
+              << board.boardDiagram() << "Game " << message.gameNumber << ": move " << board.fullmoveNumber
+              << (board.sideToMove == White ? "(wtm)" : "(btm)") << " " << board.toFen() << "\n\n"
+              << std::flush;
+    std::_Exit(1);
 }
 
 // False when the worker should stop because the run has already failed.
@@ -88,7 +89,7 @@ bool deliverMessages(const ZMFEngine& engine, const ZMFDriverOptions& options, b
     std::lock_guard lock(totals.consoleLock);
     if (pool && totals.fatal) return false;
     for (const EngineMessage& message : engine.errors) {
-        if (message.kind == 0) endOnFatal(message, engine);
+        if (message.kind == 0) endOnFatal(message, engine, options);
         std::cout << messageText(message, options) << "\n";
     }
     std::cout << std::flush;

@@ -2,6 +2,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -88,8 +89,16 @@ bool runQuery(ZMFDriverOptions& options) {
         return false;
     }
     std::string resolved = resolveFile(options.inputFile, queryPathList);
-    std::ifstream input(resolved, std::ios::binary);
-    if (!input) {
+    // A directory opens as a stream on this platform and then reads as an
+    // empty file; say what it is instead.
+    std::ifstream input;
+    std::error_code error;
+    errno = 0;
+    if (std::filesystem::is_directory(resolved, error))
+        errno = EISDIR;
+    else
+        input.open(resolved, std::ios::binary);
+    if (!input.is_open()) {
         std::cout << "Failed to open file '" << options.inputFile << "': " << std::strerror(errno) << "\n"
                   << std::flush;
         return false;

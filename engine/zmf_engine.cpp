@@ -126,6 +126,8 @@ Value ZMFEngine::dispatch(const ZMFNode& node) {
         case NodeKind::Cardinality: return evaluateSetOperator(node);
         case NodeKind::Check: return evaluateBoardState(node);
         case NodeKind::Colon: return evaluateColon(node);
+        case NodeKind::Comment: return evaluateComment(node);
+        case NodeKind::Assert: return evaluateAssert(node);
         case NodeKind::Compound: return evaluateCompound(as<CompoundNode>(node).children, node);
         case NodeKind::CurrentTransform:
             return Value::string(makeZmfString(as<CurrentTransformNode>(node).text));
@@ -181,7 +183,6 @@ Value ZMFEngine::dispatch(const ZMFNode& node) {
         // using them parses and runs but does not match through them.
         case NodeKind::Ancestor:
         case NodeKind::Ascii:
-        case NodeKind::Assert:
         case NodeKind::AttackedBy:
         case NodeKind::Attacks:
         case NodeKind::Between:
@@ -190,7 +191,6 @@ Value ZMFEngine::dispatch(const ZMFNode& node) {
         case NodeKind::Child:
         case NodeKind::Colortype:
         case NodeKind::Commandpipe:
-        case NodeKind::Comment:
         case NodeKind::Consecutivemoves:
         case NodeKind::CurrentFen:
         case NodeKind::CurrentMutation:

@@ -120,6 +120,9 @@ private:
     Value evaluateIf(const ZMFNode& node);
     Value evaluateLoop(const ZMFNode& node);
     Value evaluateColon(const ZMFNode& node);
+    Value evaluateComment(const ZMFNode& node);
+    Value evaluateAssert(const ZMFNode& node);
+    std::string renderArgument(const ZMFNode& node);
     Value evaluateVariable(const ZMFNode& node);
     Value evaluateAssign(const ZMFNode& node);
     Value evaluateArithmetic(const ZMFNode& node);
