@@ -100,7 +100,7 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
     counts.positions = engine.positionsTotal;
     std::lock_guard lock(totals.resultsLock);
     addCounts(counts);
-    collectPersistentVariables(query, engine, totals.persistentVariables);
+    foldPersistentVariables(query, engine, totals.persistentVariables);
 }
 
 void workerMain(std::unique_ptr<WorkerContext> context) {

@@ -1,7 +1,6 @@
 // The end of a run: the collected games in their sorted order, then the
 // persistent variables and the summary lines.
 
-#include <unicode/coll.h>
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -12,18 +11,12 @@
 #include "driver/game_loop.h"
 #include "driver/run_totals.h"
 #include "driver/source/path_search.h"
+#include "engine/collate.h"
 #include "engine/zmf_engine.h"
 
 namespace tarnfold::zmf {
 
 namespace {
-
-int collate(const std::string& a, const std::string& b) {
-    UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale::getDefault(), status));
-    if (U_FAILURE(status)) return a.compare(b);
-    return collator->compare(icu::UnicodeString::fromUTF8(a), icu::UnicodeString::fromUTF8(b), status);
-}
 
 // Games without a value go last, whatever the direction.
 bool keyLess(const SortKey& a, const SortKey& b) {
@@ -32,7 +25,8 @@ bool keyLess(const SortKey& a, const SortKey& b) {
     const SortKey& high = a.ascending ? b : a;
     if (std::holds_alternative<int64_t>(low.value))
         return std::get<int64_t>(low.value) < std::get<int64_t>(high.value);
-    return collate(std::get<std::string>(low.value), std::get<std::string>(high.value)) < 0;
+    return collate(icu::UnicodeString::fromUTF8(std::get<std::string>(low.value)),
+                   icu::UnicodeString::fromUTF8(std::get<std::string>(high.value))) < 0;
 }
 
 bool gameLess(const OutputGame& a, const OutputGame& b) {

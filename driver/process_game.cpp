@@ -1,10 +1,13 @@
 #include "driver/process_game.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <mutex>
 
+#include "engine/collate.h"
 #include "query/render_message.h"
 
 namespace tarnfold::zmf {
@@ -173,6 +176,88 @@ void collectPersistentVariables(const ParsedQuery& query, const ZMFEngine& engin
     for (const VariableSlot& slot : query.variableSlots)
         if (slot.persistent && slot.id < engine.slotValues.size())
             variables[slot.name] = engine.slotValues[slot.id];
+}
+
+namespace {
+
+// A dictionary value that is no whole decimal integer counts as 0.
+int64_t wholeNumber(const std::string& text) {
+    int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return error == std::errc() && end == text.data() + text.size() && !text.empty() ? number : 0;
+}
+
+std::string foldEntry(const std::string& held, const std::string& worker, MergeStrategy strategy) {
+    switch (strategy) {
+        case MergeStrategy::Min:
+        case MergeStrategy::Max: {
+            const int order =
+                collate(icu::UnicodeString::fromUTF8(worker), icu::UnicodeString::fromUTF8(held));
+            const bool better = strategy == MergeStrategy::Min ? order < 0 : order > 0;
+            return better ? worker : held;
+        }
+        case MergeStrategy::IntMin: return std::to_string(std::min(wholeNumber(held), wholeNumber(worker)));
+        case MergeStrategy::IntMax: return std::to_string(std::max(wholeNumber(held), wholeNumber(worker)));
+        case MergeStrategy::IntSum: return std::to_string(wholeNumber(held) + wholeNumber(worker));
+        default: return held;
+    }
+}
+
+// Folds one worker's value S into the value D held for the run.
+void foldValue(Value& held, const Value& worker, MergeStrategy strategy) {
+    const bool present = !held.isNone();
+    if (worker.is(ValueType::Dictionary)) {
+        if (!present) {
+            held = worker;
+            return;
+        }
+        auto merged = std::make_shared<ZmfDictionary>(*held.asDictionary());
+        for (const auto& [key, value] : *worker.asDictionary()) {
+            auto found = merged->find(key);
+            if (found == merged->end())
+                merged->emplace(key, value);
+            else
+                found->second = foldEntry(found->second, value, strategy);
+        }
+        held = Value::dictionary(std::move(merged));
+        return;
+    }
+    if (!present) {
+        if (strategy == MergeStrategy::Min || strategy == MergeStrategy::Max ||
+            strategy == MergeStrategy::Sum)
+            held = worker;
+        return;
+    }
+    if (worker.isNone()) return;
+    // Ties keep the value held.
+    if (strategy == MergeStrategy::Min || strategy == MergeStrategy::Max) {
+        int order = 0;
+        if (worker.is(ValueType::Numeric))
+            order = worker.asNumeric() < held.asNumeric()   ? -1
+                    : worker.asNumeric() > held.asNumeric() ? 1
+                                                            : 0;
+        else if (worker.is(ValueType::String))
+            order = collate(worker.asString()->text(), held.asString()->text());
+        if (strategy == MergeStrategy::Min ? order < 0 : order > 0) held = worker;
+    } else if (strategy == MergeStrategy::Sum) {
+        if (worker.is(ValueType::Numeric))
+            held = Value::numeric(int64_t(uint64_t(held.asNumeric()) + uint64_t(worker.asNumeric())));
+        else if (worker.is(ValueType::Set))
+            held = Value::set(held.asSet() | worker.asSet());
+    }
+}
+
+}  // namespace
+
+void foldPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,
+                             std::map<std::string, Value>& variables) {
+    std::vector<const VariableSlot*> slots;
+    for (const VariableSlot& slot : query.variableSlots)
+        if (slot.persistent && slot.id < engine.slotValues.size()) slots.push_back(&slot);
+    std::sort(slots.begin(), slots.end(),
+              [](const VariableSlot* a, const VariableSlot* b) { return a->name < b->name; });
+    for (const VariableSlot* slot : slots)
+        foldValue(variables[slot->name], engine.slotValues[slot->id], slot->mergeStrategy);
 }
 
 }  // namespace tarnfold::zmf

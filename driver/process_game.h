@@ -30,7 +30,10 @@ void showProgress(uint32_t number, const ZMFDriverOptions& options);
 bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine& engine, RunGame& game,
                  uint32_t number, bool pool, GameCounts& counts);
 
-// The persistent variables of an engine's query by name.
+// The persistent variables of an engine's query by name: copied after the
+// single loop, folded by their merge strategies as each worker ends.
+void foldPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,
+                             std::map<std::string, Value>& variables);
 void collectPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,
                                 std::map<std::string, Value>& variables);
 

@@ -1,27 +1,12 @@
 // == != < <= > >= over numbers, strings and sets.
 
-#include <memory>
-
-#include <unicode/coll.h>
-
+#include "engine/collate.h"
 #include "engine/node_cast.h"
 #include "engine/zmf_engine.h"
 
 namespace tarnfold::zmf {
 
 namespace {
-
-// String order is the default locale's collation; one collator per thread.
-int collate(const ZmfString& left, const ZmfString& right) {
-    thread_local std::unique_ptr<icu::Collator> collator = [] {
-        UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<icu::Collator> made(icu::Collator::createInstance(icu::Locale::getDefault(), status));
-        return U_SUCCESS(status) ? std::move(made) : nullptr;
-    }();
-    if (!collator) return left->text().compare(right->text());
-    UErrorCode status = U_ZERO_ERROR;
-    return collator->compare(left->text(), right->text(), status);
-}
 
 // Equality of strings is exact, code unit by code unit.
 bool sameString(const ZmfString& left, const ZmfString& right) { return left->text() == right->text(); }
@@ -72,7 +57,7 @@ Value ZMFEngine::evaluateComparison(const ZMFNode& node) {
         return holds(node.kind, order) ? left : Value();
     }
     if (type == ValueType::String)
-        return holds(node.kind, collate(left.asString(), right.asString())) ? left : Value();
+        return holds(node.kind, collate(left.asString()->text(), right.asString()->text())) ? left : Value();
     return Value();
 }
 

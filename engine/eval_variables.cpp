@@ -60,6 +60,15 @@ Value ZMFEngine::evaluateVariable(const ZMFNode& node) {
     }
 }
 
+// The declaration's assignment runs only while the variable is unbound, so
+// a persistent variable is set once and then kept from game to game.
+Value ZMFEngine::evaluatePersistent(const ZMFNode& node) {
+    const auto& persistent = as<PersistentNode>(node);
+    if (persistent.assignment && variables.resolve(persistent.slot).isNone())
+        evaluate(*persistent.assignment);
+    return Value::boolean(true);
+}
+
 Value ZMFEngine::evaluateAssign(const ZMFNode& node) {
     const auto& assign = as<AssignNode>(node);
     const Value value = evaluate(*assign.value);

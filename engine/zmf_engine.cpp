@@ -117,6 +117,7 @@ Value ZMFEngine::dispatch(const ZMFNode& node) {
         case NodeKind::Add: return evaluateArithmetic(node);
         case NodeKind::And: return evaluateLogical(node);
         case NodeKind::Assign: return evaluateAssign(node);
+        case NodeKind::Persistent: return evaluatePersistent(node);
         case NodeKind::BackslashLiteral: return Value::string(as<BackslashLiteralNode>(node).value);
         case NodeKind::BitAnd: return evaluateSetOperator(node);
         case NodeKind::BitComplement: return evaluateSetOperator(node);
@@ -235,7 +236,6 @@ Value ZMFEngine::dispatch(const ZMFNode& node) {
         case NodeKind::Parent:
         case NodeKind::PatternMatch:
         case NodeKind::PawnQuery:
-        case NodeKind::Persistent:
         case NodeKind::Piece:
         case NodeKind::Pieceid:
         case NodeKind::PieceIDToSetConversion:

@@ -125,6 +125,7 @@ private:
     std::string renderArgument(const ZMFNode& node);
     Value evaluateVariable(const ZMFNode& node);
     Value evaluateAssign(const ZMFNode& node);
+    Value evaluatePersistent(const ZMFNode& node);
     Value evaluateArithmetic(const ZMFNode& node);
     Value evaluateComparison(const ZMFNode& node);
     Value evaluateSetOperator(const ZMFNode& node);
