@@ -57,11 +57,15 @@ void listErrors(const std::vector<PGN::PGNError>& errors, uint32_t number) {
 void showProgress(uint32_t number, const ZMFDriverOptions& options) {
     const uint32_t increment = options.lineIncrement;
     if (increment == 0) return;
+    const bool line = number % increment == 0;
+    const bool dot = !line && increment >= 10 && number % (increment / 10) == 0;
+    // Most games print nothing, and workers should not meet on the lock for them.
+    if (!line && !dot) return;
     std::lock_guard lock(runTotals().consoleLock);
-    if (number % increment == 0) {
+    if (line) {
         std::fprintf(stderr, "[%u]\n", number);
         std::fflush(stderr);
-    } else if (increment >= 10 && number % (increment / 10) == 0) {
+    } else {
         std::fputc('.', stderr);
     }
 }

@@ -186,11 +186,7 @@ public:
     EchoHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwEcho) {}
 
     NodePtr parse(const Token& token) override {
-        bool quiet = false;
-        if (parser.peekToken().kind == TokenKind::KwQuiet) {
-            parser.nextToken();
-            quiet = true;
-        }
+        const bool quiet = takeKeyword(parser, TokenKind::KwQuiet);
         if (parser.peekToken().kind != TokenKind::LeftParen)
             return fail(parser, token, "Missing open parenthesis after 'echo' filter");
         parser.nextToken();
@@ -228,11 +224,7 @@ public:
     SortHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwSort) {}
 
     NodePtr parse(const Token& token) override {
-        bool quiet = false;
-        if (parser.peekToken().kind == TokenKind::KwQuiet) {
-            parser.nextToken();
-            quiet = true;
-        }
+        const bool quiet = takeKeyword(parser, TokenKind::KwQuiet);
         SortDirection direction = SortDirection::Maximum;
         TokenKind next = parser.peekToken().kind;
         if (next == TokenKind::KwMin || next == TokenKind::KwMax) {

@@ -63,11 +63,7 @@ public:
                 return fail(parser, token,
                             "Missing closing parenthesis after persistent variable merge strategy");
         }
-        bool quiet = false;
-        if (parser.peekToken().kind == TokenKind::KwQuiet) {
-            parser.nextToken();
-            quiet = true;
-        }
+        const bool quiet = takeKeyword(parser, TokenKind::KwQuiet);
         // The name stays in the stream: it begins the assignment.
         Token name = parser.peekToken();
         if (name.kind != TokenKind::Identifier)

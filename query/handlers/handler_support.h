@@ -49,6 +49,13 @@ public:
     NodePtr parse(const Token& token) override { return makeNode<Node>(parser, token); }
 };
 
+// Consumes an optional keyword such as 'quiet' or 'all'; true when it was there.
+inline bool takeKeyword(Parser& parser, TokenKind kind) {
+    if (parser.peekToken().kind != kind) return false;
+    parser.nextToken();
+    return true;
+}
+
 // The operators that assign to a variable: `=` and its compound forms.
 inline bool isAssignmentOperator(TokenKind kind) {
     switch (kind) {

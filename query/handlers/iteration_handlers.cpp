@@ -57,11 +57,7 @@ public:
     PieceHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwPiece) {}
 
     NodePtr parse(const Token& token) override {
-        bool all = false;
-        if (parser.peekToken().kind == TokenKind::KwAll) {
-            parser.nextToken();
-            all = true;
-        }
+        const bool all = takeKeyword(parser, TokenKind::KwAll);
         Token name = parser.nextToken();
         if (name.kind != TokenKind::Identifier)
             return fail(parser, token, "Expected identifier after piece filter");
@@ -120,11 +116,7 @@ public:
     SquareHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwSquare) {}
 
     NodePtr parse(const Token& token) override {
-        bool all = false;
-        if (parser.peekToken().kind == TokenKind::KwAll) {
-            parser.nextToken();
-            all = true;
-        }
+        const bool all = takeKeyword(parser, TokenKind::KwAll);
         Token name = parser.nextToken();
         if (name.kind != TokenKind::Identifier)
             return fail(parser, token, "Expected variable name for 'square' filter");
