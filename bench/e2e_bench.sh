@@ -6,7 +6,11 @@
 # the query false over a quarter of the file shows whether memory grows with
 # games that do not match.
 #
-#   bench/e2e_bench.sh [ZMFI] [COPIES]
+#   bench/e2e_bench.sh [ZMFI] [COPIES] [REPEAT]
+#
+# Shared machines slow a run down by up to half now and then, so every
+# configuration runs REPEAT times (default 3), single-threaded and two-thread
+# runs alternating, and the median time is what is compared.
 #
 # Needs /usr/bin/time (Debian package time) and, for the comparison,
 # pgn-extract (Debian package pgn-extract).
@@ -14,6 +18,7 @@ set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 zmfi=${1:-$here/../build/release/zmfi}
 copies=${2:-80}
+repeat=${3:-3}
 corpus=$here/../../shared/corpus/standard.pgn
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -37,29 +42,56 @@ measure() {
 
 printf '%s games of the standard corpus repeated %s times, %.1f MB\n\n' \
     "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)"
-printf '%-8s %-8s %10s %10s %12s %14s %9s\n' query threads seconds games/s positions/s matching-games peak-MB
+printf 'each figure is the median of %s runs; single-threaded and --threads 2 runs alternate\n\n' "$repeat"
+printf '%-8s %-8s %10s %10s %12s %14s %9s %s\n' query threads seconds games/s positions/s matching-games peak-MB all-seconds
 
-single_mate=0
+# Runs zmfi once with the query and thread count; appends the time to the
+# configuration's list and keeps the summary figures.
+run_zmfi() { # query threads
+    # Without --threads the run is single-threaded; "--threads 0" would ask
+    # for one worker per core.
+    if [ "$2" = 0 ]; then set -- "$1"; else set -- "$1" --threads "$2"; fi
+    query=$1
+    shift
+    measure "$zmfi" "$@" --zmf "$query" -i "$work/big.pgn" -o "$work/out.pgn"
+    echo "$seconds $peak" >> "$work/runs_${query}_${threads}"
+    summary=$(grep '^Analyzed' "$work/stdout")
+    games=$(echo "$summary" | awk '{print $2}')
+    positions=$(echo "$summary" | awk '{print $5}')
+    matching=$(grep 'ZMF matches' "$work/stdout" | sed 's/.*(in \([0-9]*\) game.*/\1/')
+}
+
+# The median of the first column of a file of runs, and that run's peak.
+median_run() {
+    sort -n "$1" | awk '{t[NR] = $1; m[NR] = $2} END {i = int((NR + 1) / 2); print t[i], m[i]}'
+}
+
 for query in true check mate; do
+    rep=0
+    while [ $rep -lt "$repeat" ]; do
+        for threads in 0 2; do run_zmfi "$query" "$threads"; done
+        rep=$((rep + 1))
+    done
     for threads in 0 2; do
-        # Without --threads the run is single-threaded; "--threads 0" would ask
-        # for one worker per core.
-        if [ $threads = 0 ]; then set -- ; else set -- --threads $threads; fi
-        measure "$zmfi" "$@" --zmf "$query" -i "$work/big.pgn" -o "$work/out.pgn"
-        summary=$(grep '^Analyzed' "$work/stdout")
-        games=$(echo "$summary" | awk '{print $2}')
-        positions=$(echo "$summary" | awk '{print $5}')
-        matching=$(grep 'ZMF matches' "$work/stdout" | sed 's/.*(in \([0-9]*\) game.*/\1/')
-        printf '%-8s %-8s %10.2f %10.0f %12.0f %14s %9s\n' "$query" "$([ $threads = 0 ] && echo single || echo $threads)" \
-            "$seconds" "$(echo "$games / $seconds" | bc -l)" "$(echo "$positions / $seconds" | bc -l)" "$matching" "$peak"
-        eval "time_${query}_$threads=$seconds"
+        set -- $(median_run "$work/runs_${query}_${threads}")
+        all=$(awk '{printf "%s%.2f", (NR > 1 ? "," : ""), $1}' "$work/runs_${query}_${threads}")
+        printf '%-8s %-8s %10.2f %10.0f %12.0f %14s %9s %s\n' "$query" "$([ $threads = 0 ] && echo single || echo $threads)" \
+            "$1" "$(echo "$games / $1" | bc -l)" "$(echo "$positions / $1" | bc -l)" "$matching" "$2" "$all"
+        eval "time_${query}_$threads=$1"
     done
 done
 
 if [ -x /usr/games/pgn-extract ]; then
-    measure /usr/games/pgn-extract -s -o "$work/extract.pgn" "$work/big.pgn"
-    extract=$seconds
-    printf '\npgn-extract -s -o (read and write): %.2f s, peak %s MB\n' "$extract" "$peak"
+    rm -f "$work/runs_extract"
+    rep=0
+    while [ $rep -lt "$repeat" ]; do
+        measure /usr/games/pgn-extract -s -o "$work/extract.pgn" "$work/big.pgn"
+        echo "$seconds $peak" >> "$work/runs_extract"
+        rep=$((rep + 1))
+    done
+    set -- $(median_run "$work/runs_extract")
+    extract=$1
+    printf '\npgn-extract -s -o (read and write): %.2f s, peak %s MB\n' "$extract" "$2"
     printf 'mate single-threaded / pgn-extract time = %.2f (target <= 1)\n' "$(echo "$time_mate_0 / $extract" | bc -l)"
 else
     printf '\npgn-extract not found at /usr/games/pgn-extract: no comparison\n'

@@ -8,7 +8,8 @@ namespace tarnfold::PGN {
 // A game of thousands of moves is a chain thousands of nodes deep; tearing it
 // down node by node from here keeps the stack flat.
 GameTreeNode::~GameTreeNode() {
-    std::vector<std::unique_ptr<GameTreeNode>> pending = std::move(children);
+    std::vector<std::unique_ptr<GameTreeNode>> pending;
+    for (auto& child : children) pending.push_back(std::move(child));
     while (!pending.empty()) {
         std::unique_ptr<GameTreeNode> node = std::move(pending.back());
         pending.pop_back();
@@ -142,7 +143,7 @@ uint32_t moveVariationDown(GameTreeNode* node, int count) {
 
 void removeVariation(GameTreeNode* node, size_t index) {
     if (index >= node->children.size()) return;
-    node->children.erase(node->children.begin() + static_cast<std::ptrdiff_t>(index));
+    node->children.erase(index);
 }
 
 void removeLastChild(GameTreeNode* node) {

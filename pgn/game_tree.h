@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "chess/move.h"
+#include "pgn/child_list.h"
 
 namespace tarnfold::PGN {
 
@@ -50,7 +51,7 @@ public:
     // How many siblings came before this node when it was added; reordering
     // leaves it alone.
     uint32_t childIndex = 0;
-    std::vector<std::unique_ptr<GameTreeNode>> children;
+    ChildList<GameTreeNode> children;
     GameTreeNode* parentNode = nullptr;
 
 protected:

@@ -214,6 +214,27 @@ TEST(GameTree, RemovingDestroysTheWholeSubtree) {
         ASSERT_EQ(root.children.size(), 2u);
         EXPECT_EQ(root.child(1)->move, Move{3});
         EXPECT_EQ(root.child(1)->childIndex, 2u);
+        // Down to one child, to none, and up again.
+        removeVariation(&root, 0);
+        EXPECT_EQ(CountedNode::alive, 5);
+        ASSERT_EQ(root.children.size(), 1u);
+        EXPECT_EQ(root.child(0)->move, Move{3});
+        removeLastChild(&root);
+        EXPECT_EQ(CountedNode::alive, 1);
+        EXPECT_TRUE(root.children.empty());
+        EXPECT_EQ(root.child(0), nullptr);
+        root.addChild(Move{5});
+        root.addChild(Move{6});
+        root.addChild(Move{7});
+        removeVariation(&root, 1);
+        EXPECT_EQ(CountedNode::alive, 3);
+        ASSERT_EQ(root.children.size(), 2u);
+        EXPECT_EQ(root.child(0)->move, Move{5});
+        EXPECT_EQ(root.child(1)->move, Move{7});
+        removeVariation(&root, 0);
+        ASSERT_EQ(root.children.size(), 1u);
+        EXPECT_EQ(root.child(0)->move, Move{7});
+        EXPECT_EQ(root.child(0)->parent(), &root);
     }
     EXPECT_EQ(CountedNode::alive, 0);
     {

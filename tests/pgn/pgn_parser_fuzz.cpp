@@ -4,6 +4,7 @@
 // texts with readGameText and parsing each text on its own finds as many games
 // as parsing the whole input, unless the input holds one of the known points
 // where the cutter and the parser part ways (see below).
+#include <algorithm>
 #include <cctype>
 #include <cstddef>
 #include <cstdint>
@@ -139,6 +140,17 @@ private:
     uint64_t offset_ = 0;
 };
 
+// Where a parser stands after reading the first offset characters.
+PGNPosition positionAfter(const std::string& input, uint64_t offset) {
+    PGNPosition position;
+    position.offset = offset;
+    const std::string_view read(input.data(), offset);
+    position.line = static_cast<uint64_t>(std::count(read.begin(), read.end(), '\n'));
+    const size_t newline = read.rfind('\n');
+    position.column = newline == std::string_view::npos ? offset : offset - newline - 1;
+    return position;
+}
+
 void run(const std::string& input, bool nested) {
     std::istringstream whole(input);
     CheckingParser parser(whole, nested);
@@ -156,6 +168,9 @@ void run(const std::string& input, bool nested) {
     bool parted = input.find('<') != std::string::npos;
     while (cutter.readGameText(text)) {
         check(!blank(text));
+        // The cutter counts lines for the workers' parsers, which go on from
+        // where it stopped.
+        check(cutter.position() == positionAfter(input, static_cast<uint64_t>(stream.tellg())));
         std::istringstream textStream(text);
         CheckingParser textParser(textStream, nested);
         textGames += textParser.parseAll(textStream, text.size());
