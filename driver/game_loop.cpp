@@ -10,6 +10,7 @@
 #include <string>
 #include <thread>
 
+#include "driver/brief_lock.h"
 #include "driver/process_game.h"
 #include "pgn/pgn_reader.h"
 #include "query/parser.h"
@@ -77,7 +78,7 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
         PGN::PGNPosition start;
         uint32_t number = 0;
         {
-            std::lock_guard lock(totals.readerLock);
+            const auto lock = lockBriefly(totals.readerLock);
             start = totals.sharedScanner->position();
             if (!totals.sharedScanner->readGameText(text)) break;
             number = ++totals.gamesRead;

@@ -1,24 +1,49 @@
 #!/bin/sh
 # Every query writes exactly the same games in the same order whether the run
-# is single-threaded or uses a pool of one or two workers.
-#   thread_equivalence.sh ZMFI GAMES.pgn SCRATCH
+# is single-threaded or uses a pool of one or two workers, and lists the same
+# parse errors with the same file lines.
+#   thread_equivalence.sh ZMFI SCRATCH GAMES.pgn...
+# The game files are read as one input, in the order given.
 set -u
-zmfi=$1 games=$2 scratch=$3
+zmfi=$1 scratch=$2
+shift 2
 mkdir -p "$scratch" || exit 1
+cat "$@" > "$scratch/input.pgn" || exit 1
+games=$scratch/input.pgn
+
+# The log without the summary line, whose time and thread count differ, and
+# without the output file's name.
+log_body() { grep -v '^Analyzed ' "$1" | sed 's/ written to .*$//'; }
+
 status=0
 for query in true check mate 'wtm and #P < #p' 'btm and #[QR] > #[qr]'; do
     for flags in "" "--variations"; do
         "$zmfi" $flags --zmf "$query" -i "$games" -o "$scratch/single.pgn" > "$scratch/single.log" || exit 1
+        log_body "$scratch/single.log" > "$scratch/single.body"
         for threads in 1 2; do
             "$zmfi" $flags --threads $threads --zmf "$query" -i "$games" -o "$scratch/pool.pgn" > "$scratch/pool.log" ||
                 exit 1
             if ! cmp -s "$scratch/single.pgn" "$scratch/pool.pgn"; then
-                echo "differs: $flags --threads $threads '$query'"
+                echo "output differs: $flags --threads $threads '$query'"
                 status=1
             fi
+            # One worker lists errors in file order; two workers print the
+            # same lines in an order of their own.
+            log_body "$scratch/pool.log" > "$scratch/pool.body"
+            if [ $threads = 1 ]; then
+                cmp -s "$scratch/single.body" "$scratch/pool.body"
+            else
+                [ "$(sort "$scratch/single.body")" = "$(sort "$scratch/pool.body")" ]
+            fi || {
+                echo "log differs: $flags --threads $threads '$query'"
+                diff "$scratch/single.body" "$scratch/pool.body" | head -5
+                status=1
+            }
         done
         # The output must not be empty, or the comparison proves nothing.
         [ -s "$scratch/single.pgn" ] || { echo "no games matched '$query'"; status=1; }
     done
+    # Nor may the error listing be, once the damaged games are in the input.
+    grep -q '^  line [0-9]*: col [0-9]*: ' "$scratch/single.log" || { echo "no parse errors listed"; status=1; }
 done
 exit $status
