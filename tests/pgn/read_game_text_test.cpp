@@ -17,18 +17,72 @@ namespace {
 using testing::Event;
 using testing::RecordingParser;
 
-std::vector<std::string> gameTexts(const std::string& input, bool nested = false) {
-    std::istringstream stream(input);
+// Hands out its text a few characters at a time, or with chunk 0 without any
+// get area at all, so that the cutter meets the end of a run in each of its
+// states.
+class ChunkedBuffer : public std::streambuf {
+public:
+    ChunkedBuffer(std::string text, size_t chunk) : text_(std::move(text)), chunk_(chunk) {}
+
+protected:
+    int_type underflow() override {
+        if (next_ >= text_.size()) return traits_type::eof();
+        if (chunk_ == 0) return traits_type::to_int_type(text_[next_]);
+        char* start = text_.data() + next_;
+        next_ += std::min(chunk_, text_.size() - next_);
+        setg(start, start, text_.data() + next_);
+        return traits_type::to_int_type(*start);
+    }
+    int_type uflow() override {
+        if (chunk_ != 0) return std::streambuf::uflow();
+        if (next_ >= text_.size()) return traits_type::eof();
+        return traits_type::to_int_type(text_[next_++]);
+    }
+    // One character back across the start of the get area.
+    int_type pbackfail(int_type c) override {
+        const size_t at = chunk_ == 0 ? next_ : static_cast<size_t>(eback() - text_.data());
+        if (at == 0) return traits_type::eof();
+        if (chunk_ == 0) {
+            --next_;
+        } else {
+            setg(text_.data() + at - 1, text_.data() + at - 1, text_.data() + at);
+            next_ = at;
+        }
+        return c;
+    }
+
+private:
+    std::string text_;
+    size_t chunk_;
+    size_t next_ = 0;
+};
+
+// The game texts, each with the cutter's position after it.
+std::vector<std::string> cutWith(std::streambuf& buffer, bool nested) {
+    std::istream stream(&buffer);
     PGNParser parser(stream);
     parser.setNestedComments(nested);
     parser.skipByteOrderMark();
     std::vector<std::string> texts;
     std::string text;
-    for (int guard = 0; guard < 1000 && parser.readGameText(text); ++guard) texts.push_back(text);
+    for (int guard = 0; guard < 1000 && parser.readGameText(text); ++guard)
+        texts.push_back(text + " @" + testing::positionText(parser.position()));
     // The call that found nothing left keeps only white space.
     EXPECT_TRUE(std::all_of(text.begin(), text.end(),
                             [](char c) { return std::isspace(static_cast<unsigned char>(c)); }))
         << "last text: " << text;
+    return texts;
+}
+
+std::vector<std::string> gameTexts(const std::string& input, bool nested = false) {
+    std::stringbuf whole(input);
+    const std::vector<std::string> placed = cutWith(whole, nested);
+    for (size_t chunk : {0, 1, 2, 3, 7}) {
+        ChunkedBuffer pieces(input, chunk);
+        EXPECT_EQ(cutWith(pieces, nested), placed) << "in runs of " << chunk << ": " << input;
+    }
+    std::vector<std::string> texts;
+    for (const std::string& text : placed) texts.push_back(text.substr(0, text.rfind(" @")));
     return texts;
 }
 
