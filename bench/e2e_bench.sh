@@ -50,11 +50,12 @@ printf '%-8s %-8s %10s %10s %12s %14s %9s %s\n' query threads seconds games/s po
 run_zmfi() { # query threads
     # Without --threads the run is single-threaded; "--threads 0" would ask
     # for one worker per core.
+    runs=$work/runs_$1_$2
     if [ "$2" = 0 ]; then set -- "$1"; else set -- "$1" --threads "$2"; fi
     query=$1
     shift
     measure "$zmfi" "$@" --zmf "$query" -i "$work/big.pgn" -o "$work/out.pgn"
-    echo "$seconds $peak" >> "$work/runs_${query}_${threads}"
+    echo "$seconds $peak" >> "$runs"
     summary=$(grep '^Analyzed' "$work/stdout")
     games=$(echo "$summary" | awk '{print $2}')
     positions=$(echo "$summary" | awk '{print $5}')
