@@ -9,7 +9,7 @@ namespace tarnfold::zmf {
 // A string literal is its text, a bare variant its name; anything else is
 // evaluated, and a position shows as its move number and side to move.
 std::string ZMFEngine::renderArgument(const ZMFNode& node) {
-    const ZMFNode& inner = node.unwrapParens();
+    const ZMFNode& inner = unwrapParens(node);
     if (inner.kind == NodeKind::String) return as<StringNode>(inner).value->toUtf8();
     if (inner.kind == NodeKind::Variant) return std::string(variantName(board().variant));
     const Value value = evaluate(inner);
@@ -17,17 +17,17 @@ std::string ZMFEngine::renderArgument(const ZMFNode& node) {
     return renderValue(value, &board());
 }
 
-Value ZMFEngine::evaluateComment(const ZMFNode& node) {
+Value ZMFEngine::eval(const CommentNode& node) {
     std::string text;
-    for (const NodePtr& argument : as<CommentNode>(node).arguments) text += renderArgument(*argument);
+    for (const NodePtr& argument : node.arguments) text += renderArgument(*argument);
     addComment(9, makeZmfString(text), currentRef());
     return Value::boolean(true);
 }
 
 // A false assertion stops the game's evaluation and, through the driver,
 // the run.
-Value ZMFEngine::evaluateAssert(const ZMFNode& node) {
-    const Value operand = evaluate(*as<AssertNode>(node).operand);
+Value ZMFEngine::eval(const AssertNode& node) {
+    const Value operand = evaluate(*node.operand);
     if (operand.is(ValueType::Piece) || operand.isTrue()) return Value::boolean(true);
     fail(0,
          "assert condition failed at game number " + std::to_string(gameNumber) + " positionid " +

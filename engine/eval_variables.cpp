@@ -12,82 +12,70 @@ int64_t wrap(uint64_t value) { return static_cast<int64_t>(value); }
 // The compound operators on a bound slot. Operand types were checked by the
 // parser, so a mismatch here is an internal fault (the accessors abort).
 Value combine(TokenKind op, Value& slot, const Value& value) {
-    switch (op) {
-        case TokenKind::AddAssign:
-            if (slot.is(ValueType::String))
-                slot = Value::string(
-                    makeZmfStringFromUnicode(slot.asString()->text() + value.asString()->text()));
-            else
-                slot = Value::numeric(wrap(uint64_t(slot.asNumeric()) + uint64_t(value.asNumeric())));
-            break;
-        case TokenKind::SubtractAssign:
-            slot = Value::numeric(wrap(uint64_t(slot.asNumeric()) - uint64_t(value.asNumeric())));
-            break;
-        case TokenKind::MultiplyAssign:
-            slot = Value::numeric(wrap(uint64_t(slot.asNumeric()) * uint64_t(value.asNumeric())));
-            break;
-        case TokenKind::DivideAssign:
-        case TokenKind::ModulusAssign: {
-            const int64_t divisor = value.asNumeric(), dividend = slot.asNumeric();
-            if (divisor == 0) return Value::boolean(false);
-            const bool divide = op == TokenKind::DivideAssign;
-            if (divisor == -1)
-                slot = Value::numeric(divide ? wrap(0 - uint64_t(dividend)) : 0);
-            else
-                slot = Value::numeric(divide ? dividend / divisor : dividend % divisor);
-            break;
-        }
-        case TokenKind::OrAssign: slot = Value::set(slot.asSet() | value.asSet()); break;
-        case TokenKind::AndAssign: slot = Value::set(slot.asSet() & value.asSet()); break;
-        default: std::abort();
+    if (op == TokenKind::DivideAssign || op == TokenKind::ModulusAssign) {
+        const int64_t divisor = value.asNumeric(), dividend = slot.asNumeric();
+        if (divisor == 0) return Value::boolean(false);
+        const bool divide = op == TokenKind::DivideAssign;
+        if (divisor == -1)
+            slot = Value::numeric(divide ? wrap(0 - uint64_t(dividend)) : 0);
+        else
+            slot = Value::numeric(divide ? dividend / divisor : dividend % divisor);
+    } else if (op == TokenKind::AddAssign && slot.is(ValueType::String)) {
+        slot = Value::string(makeZmfStringFromUnicode(slot.asString()->text() + value.asString()->text()));
+    } else if (op == TokenKind::AddAssign) {
+        slot = Value::numeric(wrap(uint64_t(slot.asNumeric()) + uint64_t(value.asNumeric())));
+    } else if (op == TokenKind::SubtractAssign) {
+        slot = Value::numeric(wrap(uint64_t(slot.asNumeric()) - uint64_t(value.asNumeric())));
+    } else if (op == TokenKind::MultiplyAssign) {
+        slot = Value::numeric(wrap(uint64_t(slot.asNumeric()) * uint64_t(value.asNumeric())));
+    } else if (op == TokenKind::OrAssign) {
+        slot = Value::set(slot.asSet() | value.asSet());
+    } else if (op == TokenKind::AndAssign) {
+        slot = Value::set(slot.asSet() & value.asSet());
+    } else {
+        std::abort();
     }
     return Value::boolean(true);
 }
 
 }  // namespace
 
-Value ZMFEngine::evaluateVariable(const ZMFNode& node) {
-    switch (node.kind) {
-        case NodeKind::Identifier: return variables.resolve(as<IdentifierNode>(node).slot);
-        case NodeKind::Isbound: {
-            const auto& slot = as<IsboundNode>(node).slot;
-            return Value::boolean(slot && !variables.resolve(*slot).isNone());
-        }
-        default: {
-            const auto& slot = as<IsunboundNode>(node).slot;
-            return Value::boolean(!slot || variables.resolve(*slot).isNone());
-        }
-    }
+Value ZMFEngine::eval(const IdentifierNode& node) { return variables.resolve(node.slot); }
+
+Value ZMFEngine::eval(const IsboundNode& node) {
+    return Value::boolean(node.slot && !variables.resolve(*node.slot).isNone());
+}
+
+Value ZMFEngine::eval(const IsunboundNode& node) {
+    return Value::boolean(!node.slot || variables.resolve(*node.slot).isNone());
 }
 
 // The declaration's assignment runs only while the variable is unbound, so
 // a persistent variable is set once and then kept from game to game.
-Value ZMFEngine::evaluatePersistent(const ZMFNode& node) {
-    const auto& persistent = as<PersistentNode>(node);
-    if (persistent.assignment && variables.resolve(persistent.slot).isNone())
-        evaluate(*persistent.assignment);
+Value ZMFEngine::eval(const PersistentNode& node) {
+    if (node.assignment && variables.resolve(node.slot).isNone()) evaluate(*node.assignment);
     return Value::boolean(true);
 }
 
-Value ZMFEngine::evaluateAssign(const ZMFNode& node) {
-    const auto& assign = as<AssignNode>(node);
+Value ZMFEngine::eval(const AssignNode& assign) {
     const Value value = evaluate(*assign.value);
     if (value.isNone()) return Value();
-    const ZMFNode& target = assign.target->unwrapParens();
+    const ZMFNode& target = unwrapParens(*assign.target);
     // Other targets (slices, dictionary entries, pieces) have their own rules.
     if (target.kind != NodeKind::Identifier) return Value();
     Value& slot = variables.resolve(as<IdentifierNode>(target).slot);
-    switch (assign.op) {
-        case TokenKind::Assign: slot = value; return Value::boolean(true);
-        case TokenKind::ConditionalAssign:
-            // An empty set leaves the variable as it was.
-            if (value.is(ValueType::Set) && value.asSet() == 0) return Value::boolean(false);
-            slot = value;
-            return Value::boolean(true);
-        default:
-            if (slot.isNone()) return Value();
-            return combine(assign.op, slot, value);
+    if (assign.op == TokenKind::Assign) {
+        slot = value;
+        return Value::boolean(true);
     }
+    if (assign.op == TokenKind::ConditionalAssign) {
+        // An empty set leaves the variable as it was.
+        if (value.is(ValueType::Set) && value.asSet() == 0) return Value::boolean(false);
+        slot = value;
+        return Value::boolean(true);
+    }
+    if (slot.isNone()) return Value();
+    return combine(assign.op, slot, value);
 }
 
 }  // namespace tarnfold::zmf

@@ -114,23 +114,24 @@ private:
     void runPositions(const ZMFNode& root, std::vector<PositionMatch>& matches);
     Value dispatch(const ZMFNode& node);
 
-    // Evaluation by family, each in engine/eval_*.cpp.
-    Value evaluateLogical(const ZMFNode& node);
+    // One evaluation for each kind the list marks evaluated, each in
+    // engine/eval_<family>.cpp; a row marked evaluated without its function
+    // fails to link.
+#define ZMF_EVAL_evaluated(Class) Value eval(const Class& node);
+#define ZMF_EVAL_pending(Class)
+#define ZMF_EVAL_part(Class)
+#define ZMF_EVAL_unbuilt(Class)
+#define ZMF_NODE(Kind, Class, family, state, name) ZMF_EVAL_##state(Class)
+#include "query/node_kinds.def"
+#undef ZMF_NODE
+#undef ZMF_EVAL_evaluated
+#undef ZMF_EVAL_pending
+#undef ZMF_EVAL_part
+#undef ZMF_EVAL_unbuilt
+
+    // Braces and the query root: every filter must hold.
     Value evaluateCompound(const std::vector<NodePtr>& children, const ZMFNode& node);
-    Value evaluateIf(const ZMFNode& node);
-    Value evaluateLoop(const ZMFNode& node);
-    Value evaluateColon(const ZMFNode& node);
-    Value evaluateComment(const ZMFNode& node);
-    Value evaluateAssert(const ZMFNode& node);
     std::string renderArgument(const ZMFNode& node);
-    Value evaluateVariable(const ZMFNode& node);
-    Value evaluateAssign(const ZMFNode& node);
-    Value evaluatePersistent(const ZMFNode& node);
-    Value evaluateArithmetic(const ZMFNode& node);
-    Value evaluateComparison(const ZMFNode& node);
-    Value evaluateSetOperator(const ZMFNode& node);
-    Value evaluateBoardState(const ZMFNode& node);
-    Value evaluatePieceDesignator(const ZMFNode& node) const;
 
     // Mate and stalemate tests try moves on the row's board and take them back.
     Board& mutableBoard() { return boards[current]; }

@@ -1,180 +1,39 @@
 #pragma once
 // One value per node class, dense and in a fixed order, so that the engine
-// can dispatch with a switch instead of virtual calls. Each enumerator is the
-// class name without its "Node" suffix.
+// can dispatch with a switch instead of virtual calls. The kinds are listed
+// once, in query/node_kinds.def; everything here is expanded from that list.
 
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace tarnfold::zmf {
 
-// clang-format off
-enum class NodeKind : std::uint32_t {
-    Abs,
-    Add,
-    Ancestor,
-    And,
-    Ascii,
-    Assert,
-    Assign,
-    AttackedBy,
-    Attacks,
-    BackslashLiteral,
-    Between,
-    BitAnd,
-    BitComplement,
-    BitOr,
-    Black,
-    BlackToMove,
-    CapturedGroupIndex,
-    CapturedGroupString,
-    Cardinality,
-    Check,
-    Child,
-    Colon,
-    Colortype,
-    Commandpipe,
-    Comment,
-    Compound,
-    Consecutivemoves,
-    ZmfHeader,
-    CurrentFen,
-    CurrentMutation,
-    CurrentPosition,
-    CurrentTransform,
-    Dark,
-    Date,
-    Depth,
-    Descendant,
-    Dictionary,
-    DictionaryAccess,
-    DictionaryIterator,
-    Direction,
-    Distance,
-    Divide,
-    Echo,
-    Eco,
-    Elo,
-    EqualTo,
-    Event,
-    Eventdate,
-    False,
-    Fen,
-    File,
-    Find,
-    Function,
-    FunctionCall,
-    Gamenumber,
-    GreaterEqual,
-    GreaterThan,
-    Halfmoveclock,
-    Originalcomment,
-    HHDB,
-    Identifier,
-    Identity,
-    If,
-    Imagine,
-    ImaginePiece,
-    ImagineSidetomove,
-    ImagineSwap,
-    In,
-    Indexof,
-    Initial,
-    Initialposition,
-    Int,
-    Integer,
-    Isbound,
-    Isunbound,
-    LCA,
-    Legalposition,
-    LessEqual,
-    LessThan,
-    Light,
-    Line,
-    LineConstituent,
-    LineGroup,
-    Loop,
-    Lower,
-    Mainline,
-    Makesquare,
-    Mate,
-    Max,
-    Message,
-    Min,
-    Modulus,
-    Move,
-    MoveNumber,
-    Multiply,
-    Negate,
-    Not,
-    NotEqual,
-    Or,
-    Paren,
-    Parent,
-    PatternMatch,
-    PawnQuery,
-    Persistent,
-    Piece,
-    Pieceid,
-    PieceIDToSetConversion,
-    PieceAssign,
-    PieceDesignator,
-    Pin,
-    Player,
-    Ply,
-    Position,
-    PositionID,
-    PositionToNumericConversion,
-    Power,
-    Promotedpieces,
-    QueryContainer,
-    Range,
-    Rank,
-    Ray,
-    Readfile,
-    Removecomment,
-    Removetag,
-    Result,
-    SavePosition,
-    Settag,
-    SetToNumericConversion,
-    Site,
-    Slice,
-    Sort,
-    Sqrt,
-    Square,
-    Stalemate,
-    StandardFen,
-    SideToMove,
-    Str,
-    String,
-    StringIterator,
-    Subtract,
-    Tag,
-    Terminal,
-    Transform,
-    True,
-    Type,
-    Unbind,
-    Upper,
-    Validposition,
-    Variant,
-    Variantdraw,
-    Variantend,
-    Variantloss,
-    Variantwin,
-    Variation,
-    VirtualMainline,
-    While,
-    White,
-    WhiteToMove,
-    Writefile,
-    XRay,
-    Year,
-    Zobristkey,
-    Count
-};
-// clang-format on
+#define ZMF_NODE(Kind, Class, family, state, name) class Class;
+#include "query/node_kinds.def"
+#undef ZMF_NODE
 
-static_assert(static_cast<std::uint32_t>(NodeKind::Count) == 162, "one kind for each node class");
+enum class NodeKind : std::uint32_t {
+#define ZMF_NODE(Kind, Class, family, state, name) Kind,
+#include "query/node_kinds.def"
+#undef ZMF_NODE
+};
+
+inline constexpr std::size_t nodeKindCount = 0
+#define ZMF_NODE(Kind, Class, family, state, name) +1
+#include "query/node_kinds.def"
+#undef ZMF_NODE
+    ;
+static_assert(nodeKindCount == 162, "one kind for each node class");
+
+// How far a kind has come: see the state column of the list.
+enum class NodeKindState : std::uint8_t { Evaluated, Pending, Part, Unbuilt };
+
+NodeKindState nodeKindState(NodeKind kind);
+// The filter's word for messages; empty where the text at the node's
+// location names it better.
+std::string_view nodeKindFilterName(NodeKind kind);
+// The kind's name as listed ("Abs", "QueryContainer").
+std::string_view nodeKindName(NodeKind kind);
 
 }  // namespace tarnfold::zmf

@@ -14,7 +14,7 @@ constexpr BindingPower negateOperandPower = 110;
 }  // namespace
 
 AddNode::AddNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Add, left->valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, left->valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -27,7 +27,7 @@ void AddNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 SubtractNode::SubtractNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Subtract, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
@@ -42,7 +42,7 @@ void SubtractNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 MultiplyNode::MultiplyNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Multiply, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
@@ -57,7 +57,7 @@ void MultiplyNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 DivideNode::DivideNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Divide, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
@@ -72,7 +72,7 @@ void DivideNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ModulusNode::ModulusNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Modulus, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
@@ -87,7 +87,7 @@ void ModulusNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 NegateNode::NegateNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Negate, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -98,7 +98,7 @@ void NegateNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 AbsNode::AbsNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Abs, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 

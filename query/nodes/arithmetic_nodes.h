@@ -8,6 +8,8 @@ namespace tarnfold::zmf {
 // The type is the left operand's: Numeric or String.
 class AddNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Add;
+
     AddNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -19,6 +21,8 @@ public:
 
 class SubtractNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Subtract;
+
     SubtractNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -30,6 +34,8 @@ public:
 
 class MultiplyNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Multiply;
+
     MultiplyNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -41,6 +47,8 @@ public:
 
 class DivideNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Divide;
+
     DivideNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -52,6 +60,8 @@ public:
 
 class ModulusNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Modulus;
+
     ModulusNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -63,6 +73,8 @@ public:
 
 class NegateNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Negate;
+
     NegateNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -73,6 +85,8 @@ public:
 
 class AbsNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Abs;
+
     AbsNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;

@@ -11,7 +11,7 @@ constexpr BindingPower attackPower = 80;
 }  // namespace
 
 AttacksNode::AttacksNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Attacks, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -24,7 +24,7 @@ void AttacksNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 AttackedByNode::AttackedByNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::AttackedBy, ValueType::Set, location),
+    : ZMFNode(kind, ValueType::Set, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);

@@ -8,6 +8,8 @@ namespace tarnfold::zmf {
 // S attacks S: the squares of the left set that attack some square of the right.
 class AttacksNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Attacks;
+
     AttacksNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -21,6 +23,8 @@ public:
 // that some square of the right attacks.
 class AttackedByNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::AttackedBy;
+
     AttackedByNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;

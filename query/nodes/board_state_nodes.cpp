@@ -4,20 +4,20 @@
 
 namespace tarnfold::zmf {
 
-WhiteNode::WhiteNode(OptionalOffset location) : ZMFNode(NodeKind::White, ValueType::Numeric, location) {}
+WhiteNode::WhiteNode(OptionalOffset location) : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void WhiteNode::print(PrintTarget& target) const { target << "white"; }
 
 void WhiteNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "White"); }
 
-BlackNode::BlackNode(OptionalOffset location) : ZMFNode(NodeKind::Black, ValueType::Numeric, location) {}
+BlackNode::BlackNode(OptionalOffset location) : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void BlackNode::print(PrintTarget& target) const { target << "black"; }
 
 void BlackNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Black"); }
 
 SideToMoveNode::SideToMoveNode(OptionalOffset location)
-    : ZMFNode(NodeKind::SideToMove, ValueType::Numeric, location) {}
+    : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void SideToMoveNode::print(PrintTarget& target) const { target << "sidetomove"; }
 
@@ -26,7 +26,7 @@ void SideToMoveNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 HalfmoveclockNode::HalfmoveclockNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Halfmoveclock, ValueType::Numeric, location) {}
+    : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void HalfmoveclockNode::print(PrintTarget& target) const { target << "halfmoveclock"; }
 
@@ -35,7 +35,7 @@ void HalfmoveclockNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CurrentFenNode::CurrentFenNode(OptionalOffset location)
-    : ZMFNode(NodeKind::CurrentFen, ValueType::String, location) {}
+    : ZMFNode(kind, ValueType::String, location) {}
 
 void CurrentFenNode::print(PrintTarget& target) const { target << "currentfen"; }
 
@@ -44,7 +44,7 @@ void CurrentFenNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 StandardFenNode::StandardFenNode(OptionalOffset location)
-    : ZMFNode(NodeKind::StandardFen, ValueType::String, location) {}
+    : ZMFNode(kind, ValueType::String, location) {}
 
 void StandardFenNode::print(PrintTarget& target) const { target << "standardfen"; }
 
@@ -53,7 +53,7 @@ void StandardFenNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ZobristkeyNode::ZobristkeyNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Zobristkey, ValueType::String, location) {}
+    : ZMFNode(kind, ValueType::String, location) {}
 
 void ZobristkeyNode::print(PrintTarget& target) const { target << "zobristkey"; }
 
@@ -62,7 +62,7 @@ void ZobristkeyNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 LegalpositionNode::LegalpositionNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Legalposition, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void LegalpositionNode::print(PrintTarget& target) const { target << "legalposition"; }
 
@@ -71,7 +71,7 @@ void LegalpositionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ValidpositionNode::ValidpositionNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Validposition, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void ValidpositionNode::print(PrintTarget& target) const { target << "reachableposition"; }
 
@@ -80,14 +80,14 @@ void ValidpositionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 VariantNode::VariantNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Variant, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void VariantNode::print(PrintTarget& target) const { target << "variant"; }
 
 void VariantNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Variant"); }
 
 VariantendNode::VariantendNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Variantend, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void VariantendNode::print(PrintTarget& target) const { target << "variantend"; }
 
@@ -96,7 +96,7 @@ void VariantendNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 VariantwinNode::VariantwinNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Variantwin, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void VariantwinNode::print(PrintTarget& target) const { target << "variantwin"; }
 
@@ -105,7 +105,7 @@ void VariantwinNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 VariantlossNode::VariantlossNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Variantloss, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void VariantlossNode::print(PrintTarget& target) const { target << "variantloss"; }
 
@@ -114,7 +114,7 @@ void VariantlossNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 VariantdrawNode::VariantdrawNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Variantdraw, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void VariantdrawNode::print(PrintTarget& target) const { target << "variantdraw"; }
 

@@ -9,6 +9,8 @@ namespace tarnfold::zmf {
 // white: the number 1, White's sign as sidetomove gives it.
 class WhiteNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::White;
+
     explicit WhiteNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -18,6 +20,8 @@ public:
 // black: the number -1, Black's sign as sidetomove gives it.
 class BlackNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Black;
+
     explicit BlackNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -27,6 +31,8 @@ public:
 // sidetomove: 1 when White is to move, -1 when Black is.
 class SideToMoveNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::SideToMove;
+
     explicit SideToMoveNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -36,6 +42,8 @@ public:
 // halfmoveclock: the moves since the last capture or pawn move.
 class HalfmoveclockNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Halfmoveclock;
+
     explicit HalfmoveclockNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -45,6 +53,8 @@ public:
 // currentfen: the position as FEN with the extended fields.
 class CurrentFenNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::CurrentFen;
+
     explicit CurrentFenNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -54,6 +64,8 @@ public:
 // standardfen: the position as plain FEN.
 class StandardFenNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::StandardFen;
+
     explicit StandardFenNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -63,6 +75,8 @@ public:
 // zobristkey: the position's hash key in hexadecimal.
 class ZobristkeyNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Zobristkey;
+
     explicit ZobristkeyNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -72,6 +86,8 @@ public:
 // legalposition: the position could stand on a board by the rules.
 class LegalpositionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Legalposition;
+
     explicit LegalpositionNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -81,6 +97,8 @@ public:
 // reachableposition: the position could arise from the start position.
 class ValidpositionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Validposition;
+
     explicit ValidpositionNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -90,6 +108,8 @@ public:
 // variant: the game is played by rules other than standard chess.
 class VariantNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Variant;
+
     explicit VariantNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -99,6 +119,8 @@ public:
 // variantend: the variant's own rules have ended the game.
 class VariantendNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Variantend;
+
     explicit VariantendNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -108,6 +130,8 @@ public:
 // variantwin: the side to move has won by the variant's own rules.
 class VariantwinNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Variantwin;
+
     explicit VariantwinNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -117,6 +141,8 @@ public:
 // variantloss: the side to move has lost by the variant's own rules.
 class VariantlossNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Variantloss;
+
     explicit VariantlossNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -126,6 +152,8 @@ public:
 // variantdraw: the variant's own rules have drawn the game.
 class VariantdrawNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Variantdraw;
+
     explicit VariantdrawNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;

@@ -17,7 +17,7 @@ void printComparison(PrintTarget& target, const NodePtr& left, std::string_view 
 }  // namespace
 
 EqualToNode::EqualToNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType)
-    : ZMFNode(NodeKind::EqualTo, valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -28,7 +28,7 @@ void EqualToNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 NotEqualNode::NotEqualNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType)
-    : ZMFNode(NodeKind::NotEqual, valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -39,7 +39,7 @@ void NotEqualNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 LessThanNode::LessThanNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType)
-    : ZMFNode(NodeKind::LessThan, valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -50,7 +50,7 @@ void LessThanNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 LessEqualNode::LessEqualNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType)
-    : ZMFNode(NodeKind::LessEqual, valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -61,7 +61,7 @@ void LessEqualNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 GreaterThanNode::GreaterThanNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType)
-    : ZMFNode(NodeKind::GreaterThan, valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -72,7 +72,7 @@ void GreaterThanNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 GreaterEqualNode::GreaterEqualNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType)
-    : ZMFNode(NodeKind::GreaterEqual, valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 

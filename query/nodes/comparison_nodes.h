@@ -12,6 +12,8 @@ namespace tarnfold::zmf {
 
 class EqualToNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::EqualTo;
+
     EqualToNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType);
 
     void print(PrintTarget& target) const override;
@@ -23,6 +25,8 @@ public:
 
 class NotEqualNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::NotEqual;
+
     NotEqualNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType);
 
     void print(PrintTarget& target) const override;
@@ -34,6 +38,8 @@ public:
 
 class LessThanNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::LessThan;
+
     LessThanNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType);
 
     void print(PrintTarget& target) const override;
@@ -45,6 +51,8 @@ public:
 
 class LessEqualNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::LessEqual;
+
     LessEqualNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType);
 
     void print(PrintTarget& target) const override;
@@ -56,6 +64,8 @@ public:
 
 class GreaterThanNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::GreaterThan;
+
     GreaterThanNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType);
 
     void print(PrintTarget& target) const override;
@@ -67,6 +77,8 @@ public:
 
 class GreaterEqualNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::GreaterEqual;
+
     GreaterEqualNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType);
 
     void print(PrintTarget& target) const override;

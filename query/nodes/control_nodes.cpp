@@ -42,7 +42,7 @@ ValueType argumentsType(const std::vector<NodePtr>& arguments) {
 }  // namespace
 
 AssertNode::AssertNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Assert, ValueType::Boolean, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Boolean, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -53,7 +53,7 @@ void AssertNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 LoopNode::LoopNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Loop, ValueType::Boolean, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Boolean, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -64,7 +64,7 @@ void LoopNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 IfNode::IfNode(OptionalOffset location, NodePtr condition, NodePtr thenBranch, NodePtr elseBranch)
-    : ZMFNode(NodeKind::If, branchType(*thenBranch, elseBranch.get()), location),
+    : ZMFNode(kind, branchType(*thenBranch, elseBranch.get()), location),
       condition(std::move(condition)),
       thenBranch(std::move(thenBranch)),
       elseBranch(std::move(elseBranch)) {}
@@ -96,7 +96,7 @@ void IfNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 WhileNode::WhileNode(OptionalOffset location, NodePtr condition, NodePtr body)
-    : ZMFNode(NodeKind::While, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       condition(std::move(condition)),
       body(std::move(body)) {
     spanToOperand(*this, *this->body);
@@ -114,7 +114,7 @@ void WhileNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 MaxNode::MaxNode(OptionalOffset location, std::vector<NodePtr> arguments)
-    : ZMFNode(NodeKind::Max, argumentsType(arguments), location), arguments(std::move(arguments)) {}
+    : ZMFNode(kind, argumentsType(arguments), location), arguments(std::move(arguments)) {}
 
 void MaxNode::print(PrintTarget& target) const { printArguments(target, "max", arguments); }
 
@@ -124,7 +124,7 @@ void MaxNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 MinNode::MinNode(OptionalOffset location, std::vector<NodePtr> arguments)
-    : ZMFNode(NodeKind::Min, argumentsType(arguments), location), arguments(std::move(arguments)) {}
+    : ZMFNode(kind, argumentsType(arguments), location), arguments(std::move(arguments)) {}
 
 void MinNode::print(PrintTarget& target) const { printArguments(target, "min", arguments); }
 
@@ -135,7 +135,7 @@ void MinNode::dump(DumpTarget& target, bool isLast) const {
 
 SortNode::SortNode(OptionalOffset location, std::uint32_t slot, SortDirection direction,
                    std::optional<std::string> label, bool quiet, NodePtr operand)
-    : ZMFNode(NodeKind::Sort, operand->valueType, location),
+    : ZMFNode(kind, operand->valueType, location),
       slot(slot),
       direction(direction),
       label(std::move(label)),
@@ -171,7 +171,7 @@ void SortNode::dump(DumpTarget& target, bool isLast) const {
 
 EchoNode::EchoNode(OptionalOffset location, std::string sourceVariable, std::uint32_t sourceSlot,
                    std::string targetVariable, std::uint32_t targetSlot, NodePtr body, bool inAll, bool quiet)
-    : ZMFNode(NodeKind::Echo, body->valueType == ValueType::Numeric ? ValueType::Numeric : ValueType::Boolean,
+    : ZMFNode(kind, body->valueType == ValueType::Numeric ? ValueType::Numeric : ValueType::Boolean,
               location),
       sourceVariable(std::move(sourceVariable)),
       sourceSlot(sourceSlot),

@@ -16,6 +16,8 @@ namespace tarnfold::zmf {
 // assert F: a false operand ends the run with an error.
 class AssertNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Assert;
+
     AssertNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -27,6 +29,8 @@ public:
 // loop F: evaluates F again and again until it is false.
 class LoopNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Loop;
+
     LoopNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -40,6 +44,8 @@ public:
 // is Boolean.
 class IfNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::If;
+
     IfNode(OptionalOffset location, NodePtr condition, NodePtr thenBranch, NodePtr elseBranch);
 
     void print(PrintTarget& target) const override;
@@ -53,6 +59,8 @@ public:
 // while (F) F: the body runs as long as the condition holds.
 class WhileNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::While;
+
     WhileNode(OptionalOffset location, NodePtr condition, NodePtr body);
 
     void print(PrintTarget& target) const override;
@@ -65,6 +73,8 @@ public:
 // max(F F+): the greatest of the operands, all Numeric or all String.
 class MaxNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Max;
+
     MaxNode(OptionalOffset location, std::vector<NodePtr> arguments);
 
     void print(PrintTarget& target) const override;
@@ -76,6 +86,8 @@ public:
 // min(F F+): the least of the operands, all Numeric or all String.
 class MinNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Min;
+
     MinNode(OptionalOffset location, std::vector<NodePtr> arguments);
 
     void print(PrintTarget& target) const override;
@@ -88,6 +100,8 @@ public:
 // in a sort slot that every sort of the same description shares.
 class SortNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Sort;
+
     SortNode(OptionalOffset location, std::uint32_t slot, SortDirection direction,
              std::optional<std::string> label, bool quiet, NodePtr operand);
 
@@ -105,6 +119,8 @@ public:
 // current one. Both variables are Position locals of the body.
 class EchoNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Echo;
+
     EchoNode(OptionalOffset location, std::string sourceVariable, std::uint32_t sourceSlot,
              std::string targetVariable, std::uint32_t targetSlot, NodePtr body, bool inAll, bool quiet);
 

@@ -14,7 +14,7 @@ void coverOperand(ZMFNode& node, const ZMFNode& operand) {
 }  // namespace
 
 SetToNumericConversionNode::SetToNumericConversionNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::SetToNumericConversion, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     coverOperand(*this, *this->operand);
 }
 
@@ -25,7 +25,7 @@ void SetToNumericConversionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 PositionToNumericConversionNode::PositionToNumericConversionNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::PositionToNumericConversion, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       operand(std::move(operand)) {
     coverOperand(*this, *this->operand);
 }
@@ -37,7 +37,7 @@ void PositionToNumericConversionNode::dump(DumpTarget& target, bool isLast) cons
 }
 
 PieceIDToSetConversionNode::PieceIDToSetConversionNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::PieceIDToSetConversion, ValueType::Set, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Set, location), operand(std::move(operand)) {
     coverOperand(*this, *this->operand);
 }
 

@@ -9,6 +9,8 @@ namespace tarnfold::zmf {
 // Set to Numeric: the number of squares.
 class SetToNumericConversionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::SetToNumericConversion;
+
     SetToNumericConversionNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -20,6 +22,8 @@ public:
 // Position to Numeric: the position's id.
 class PositionToNumericConversionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::PositionToNumericConversion;
+
     PositionToNumericConversionNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -31,6 +35,8 @@ public:
 // Piece to Set: the square the piece stands on.
 class PieceIDToSetConversionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::PieceIDToSetConversion;
+
     PieceIDToSetConversionNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;

@@ -50,7 +50,7 @@ std::string bindingLine(std::string_view kind, const std::string& name, std::opt
 
 PersistentNode::PersistentNode(OptionalOffset location, std::string name, std::uint32_t slot,
                                MergeStrategy mergeStrategy, bool quiet, NodePtr assignment)
-    : ZMFNode(NodeKind::Persistent, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       name(std::move(name)),
       slot(slot),
       mergeStrategy(mergeStrategy),
@@ -73,7 +73,7 @@ void PersistentNode::dump(DumpTarget& target, bool isLast) const {
 
 DictionaryNode::DictionaryNode(OptionalOffset location, std::string name, std::uint32_t slot,
                                MergeStrategy mergeStrategy, bool quiet)
-    : ZMFNode(NodeKind::Dictionary, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       name(std::move(name)),
       slot(slot),
       mergeStrategy(mergeStrategy),
@@ -90,7 +90,7 @@ void DictionaryNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 UnbindNode::UnbindNode(OptionalOffset location, std::string name, std::uint32_t slot, NodePtr key)
-    : ZMFNode(NodeKind::Unbind, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       name(std::move(name)),
       slot(slot),
       key(std::move(key)) {}
@@ -115,7 +115,7 @@ void UnbindNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 IsboundNode::IsboundNode(OptionalOffset location, std::string name, std::optional<std::uint32_t> slot)
-    : ZMFNode(NodeKind::Isbound, ValueType::Boolean, location), name(std::move(name)), slot(slot) {}
+    : ZMFNode(kind, ValueType::Boolean, location), name(std::move(name)), slot(slot) {}
 
 void IsboundNode::print(PrintTarget& target) const {
     target << "isbound " << name;
@@ -127,7 +127,7 @@ void IsboundNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 IsunboundNode::IsunboundNode(OptionalOffset location, std::string name, std::optional<std::uint32_t> slot)
-    : ZMFNode(NodeKind::Isunbound, ValueType::Boolean, location), name(std::move(name)), slot(slot) {}
+    : ZMFNode(kind, ValueType::Boolean, location), name(std::move(name)), slot(slot) {}
 
 void IsunboundNode::print(PrintTarget& target) const {
     target << "isunbound " << name;

@@ -21,6 +21,8 @@ std::string_view mergeStrategyText(MergeStrategy strategy);
 // persistent (strategy) quiet V = F
 class PersistentNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Persistent;
+
     PersistentNode(OptionalOffset location, std::string name, std::uint32_t slot, MergeStrategy mergeStrategy,
                    bool quiet, NodePtr assignment);
 
@@ -37,6 +39,8 @@ public:
 // dictionary (strategy) quiet V
 class DictionaryNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Dictionary;
+
     DictionaryNode(OptionalOffset location, std::string name, std::uint32_t slot, MergeStrategy mergeStrategy,
                    bool quiet);
 
@@ -52,6 +56,8 @@ public:
 // unbind V, unbind V[key]
 class UnbindNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Unbind;
+
     UnbindNode(OptionalOffset location, std::string name, std::uint32_t slot, NodePtr key);
 
     void print(PrintTarget& target) const override;
@@ -65,6 +71,8 @@ public:
 // isbound V. A name that no variable has gets no slot, and is never bound.
 class IsboundNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Isbound;
+
     IsboundNode(OptionalOffset location, std::string name, std::optional<std::uint32_t> slot);
 
     void print(PrintTarget& target) const override;
@@ -77,6 +85,8 @@ public:
 // isunbound V, the negation of isbound.
 class IsunboundNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Isunbound;
+
     IsunboundNode(OptionalOffset location, std::string name, std::optional<std::uint32_t> slot);
 
     void print(PrintTarget& target) const override;

@@ -5,7 +5,7 @@
 namespace tarnfold::zmf {
 
 FenNode::FenNode(OptionalOffset location, std::string fen)
-    : ZMFNode(NodeKind::Fen, ValueType::Boolean, location), fen(std::move(fen)) {}
+    : ZMFNode(kind, ValueType::Boolean, location), fen(std::move(fen)) {}
 
 void FenNode::print(PrintTarget& target) const { target << "fen \"" << fen << "\""; }
 

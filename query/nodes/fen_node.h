@@ -9,6 +9,8 @@ namespace tarnfold::zmf {
 
 class FenNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Fen;
+
     FenNode(OptionalOffset location, std::string fen);
 
     void print(PrintTarget& target) const override;

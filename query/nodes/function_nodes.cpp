@@ -6,7 +6,7 @@ namespace tarnfold::zmf {
 
 FunctionNode::FunctionNode(OptionalOffset location, std::string name, std::vector<std::string> parameters,
                            std::vector<Token> body)
-    : ZMFNode(NodeKind::Function, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       name(std::move(name)),
       parameters(std::move(parameters)),
       body(std::move(body)) {}
@@ -29,7 +29,7 @@ void FunctionNode::dump(DumpTarget& target, bool isLast) const {
 
 FunctionCallNode::FunctionCallNode(OptionalOffset location, std::string name, std::vector<NodePtr> arguments,
                                    std::vector<Binding> bindings, NodePtr body)
-    : ZMFNode(NodeKind::FunctionCall, body->valueType, location),
+    : ZMFNode(kind, body->valueType, location),
       name(std::move(name)),
       arguments(std::move(arguments)),
       bindings(std::move(bindings)),

@@ -13,6 +13,8 @@ namespace tarnfold::zmf {
 
 class FunctionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Function;
+
     FunctionNode(OptionalOffset location, std::string name, std::vector<std::string> parameters,
                  std::vector<Token> body);
 
@@ -26,6 +28,8 @@ public:
 
 class FunctionCallNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::FunctionCall;
+
     // A parameter that was given a variable shares its slot; any other gets
     // a slot of its own, assigned the argument's value when the call runs.
     struct Binding {

@@ -86,7 +86,7 @@ std::string rayDirectionsText(const std::array<bool, rayDirectionCount>& directi
 }
 
 BetweenNode::BetweenNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Between, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {}
+    : ZMFNode(kind, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {}
 
 void BetweenNode::print(PrintTarget& target) const {
     printArguments(target, "between", {left.get(), right.get()}, squareOperandPower);
@@ -97,7 +97,7 @@ void BetweenNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ColortypeNode::ColortypeNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Colortype, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -110,7 +110,7 @@ void ColortypeNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 TypeNode::TypeNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Type, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -121,7 +121,7 @@ void TypeNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 DarkNode::DarkNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Dark, ValueType::Set, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Set, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -132,7 +132,7 @@ void DarkNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 LightNode::LightNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Light, ValueType::Set, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Set, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -145,7 +145,7 @@ void LightNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 FileNode::FileNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::File, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -156,7 +156,7 @@ void FileNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 RankNode::RankNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Rank, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -167,7 +167,7 @@ void RankNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 DirectionNode::DirectionNode(OptionalOffset location, Direction direction, NodePtr range, NodePtr operand)
-    : ZMFNode(NodeKind::Direction, ValueType::Set, location),
+    : ZMFNode(kind, ValueType::Set, location),
       direction(direction),
       range(std::move(range)),
       operand(std::move(operand)) {
@@ -192,12 +192,12 @@ void DirectionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 MakesquareNode::MakesquareNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Makesquare, ValueType::Set, location),
+    : ZMFNode(kind, ValueType::Set, location),
       left(std::move(left)),
       right(std::move(right)) {}
 
 MakesquareNode::MakesquareNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Makesquare, ValueType::Set, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Set, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -214,7 +214,7 @@ void MakesquareNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 PinNode::PinNode(OptionalOffset location, NodePtr from, NodePtr through, NodePtr to)
-    : ZMFNode(NodeKind::Pin, ValueType::Set, location),
+    : ZMFNode(kind, ValueType::Set, location),
       from(std::move(from)),
       through(std::move(through)),
       to(std::move(to)) {}
@@ -240,7 +240,7 @@ void PinNode::dump(DumpTarget& target, bool isLast) const {
 
 RayNode::RayNode(OptionalOffset location, std::array<bool, rayDirectionCount> directions,
                  std::vector<NodePtr> arguments)
-    : ZMFNode(NodeKind::Ray, ValueType::Set, location),
+    : ZMFNode(kind, ValueType::Set, location),
       arguments(std::move(arguments)),
       directions(directions) {}
 
@@ -260,7 +260,7 @@ void RayNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 XRayNode::XRayNode(OptionalOffset location, std::vector<NodePtr> arguments)
-    : ZMFNode(NodeKind::XRay, ValueType::Set, location), arguments(std::move(arguments)) {}
+    : ZMFNode(kind, ValueType::Set, location), arguments(std::move(arguments)) {}
 
 void XRayNode::print(PrintTarget& target) const { printArgumentList(target, "xray", arguments); }
 
@@ -277,7 +277,7 @@ constexpr std::string_view pawnQueryNames[] = {"connectedpawns", "doubledpawns",
 }  // namespace
 
 PawnQueryNode::PawnQueryNode(OptionalOffset location, Mode mode)
-    : ZMFNode(NodeKind::PawnQuery, ValueType::Set, location), mode(mode) {}
+    : ZMFNode(kind, ValueType::Set, location), mode(mode) {}
 
 void PawnQueryNode::print(PrintTarget& target) const { target << pawnQueryNames[mode]; }
 
@@ -288,7 +288,7 @@ void PawnQueryNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 PieceidNode::PieceidNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Pieceid, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -301,7 +301,7 @@ void PieceidNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 PromotedpiecesNode::PromotedpiecesNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Promotedpieces, ValueType::Set, location) {}
+    : ZMFNode(kind, ValueType::Set, location) {}
 
 void PromotedpiecesNode::print(PrintTarget& target) const { target << "promotedpieces"; }
 
@@ -310,7 +310,7 @@ void PromotedpiecesNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 DistanceNode::DistanceNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Distance, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       left(std::move(left)),
       right(std::move(right)) {}
 

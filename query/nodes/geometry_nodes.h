@@ -18,6 +18,8 @@ namespace tarnfold::zmf {
 // one of the right set on a common line.
 class BetweenNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Between;
+
     BetweenNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -30,6 +32,8 @@ public:
 // colortype S: the signed type of the piece on a single square.
 class ColortypeNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Colortype;
+
     ColortypeNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -41,6 +45,8 @@ public:
 // type S: the unsigned type of the piece on a single square.
 class TypeNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Type;
+
     TypeNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -52,6 +58,8 @@ public:
 // dark S: the dark squares of the set.
 class DarkNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Dark;
+
     DarkNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -63,6 +71,8 @@ public:
 // light S: the light squares of the set.
 class LightNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Light;
+
     LightNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -74,6 +84,8 @@ public:
 // file S: the file, 1 to 8, of a single square.
 class FileNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::File;
+
     FileNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -85,6 +97,8 @@ public:
 // rank S: the rank, 1 to 8, of a single square.
 class RankNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Rank;
+
     RankNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -98,6 +112,8 @@ public:
 // the range is an implicit 1 to 7.
 class DirectionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Direction;
+
     DirectionNode(OptionalOffset location, Direction direction, NodePtr range, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -113,6 +129,8 @@ public:
 // `operand`.
 class MakesquareNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Makesquare;
+
     MakesquareNode(OptionalOffset location, NodePtr left, NodePtr right);
     MakesquareNode(OptionalOffset location, NodePtr operand);
 
@@ -128,6 +146,8 @@ public:
 // an absent one is an implicit designator.
 class PinNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Pin;
+
     // What the filter answers with.
     enum Mode : std::uint8_t { Pinners = 0, Targets = 1, Pinned = 2 };
 
@@ -146,6 +166,8 @@ public:
 // the given directions reaches each earlier set in turn.
 class RayNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Ray;
+
     RayNode(OptionalOffset location, std::array<bool, rayDirectionCount> directions,
             std::vector<NodePtr> arguments);
 
@@ -160,6 +182,8 @@ public:
 // xray (S S ...): as ray, but along the lines of the first set's sliders.
 class XRayNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::XRay;
+
     XRayNode(OptionalOffset location, std::vector<NodePtr> arguments);
 
     void print(PrintTarget& target) const override;
@@ -172,6 +196,8 @@ public:
 // both colours with that property.
 class PawnQueryNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::PawnQuery;
+
     enum Mode : std::uint8_t { Connected = 0, Doubled = 1, Isolated = 2, Passed = 3 };
 
     PawnQueryNode(OptionalOffset location, Mode mode);
@@ -186,6 +212,8 @@ public:
 // number.
 class PieceidNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Pieceid;
+
     PieceidNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -197,6 +225,8 @@ public:
 // promotedpieces: the squares of pieces that came from a promotion.
 class PromotedpiecesNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Promotedpieces;
+
     explicit PromotedpiecesNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -207,6 +237,8 @@ public:
 // tree, through their last common ancestor.
 class DistanceNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Distance;
+
     DistanceNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;

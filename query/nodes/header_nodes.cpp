@@ -33,7 +33,7 @@ std::string fileName(const std::string& name) {
 }  // namespace
 
 ZmfHeaderNode::ZmfHeaderNode(OptionalOffset location)
-    : ZMFNode(NodeKind::ZmfHeader, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 QueryHeaderSettings ZmfHeaderNode::settings() const {
     QueryHeaderSettings settings;

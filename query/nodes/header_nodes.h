@@ -15,6 +15,8 @@ namespace tarnfold::zmf {
 
 class ZmfHeaderNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::ZmfHeader;
+
     explicit ZmfHeaderNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;

@@ -8,7 +8,7 @@
 namespace tarnfold::zmf {
 
 HHDBNode::HHDBNode(OptionalOffset location, std::uint32_t code, ValueType resultKind, std::string command)
-    : ZMFNode(NodeKind::HHDB, resultKind, location),
+    : ZMFNode(kind, resultKind, location),
       code(code),
       resultKind(resultKind),
       command(std::move(command)) {}

@@ -17,6 +17,8 @@ enum class HHDBAwardKind : std::uint32_t { Any, Prize, HonourableMention, Commen
 
 class HHDBNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::HHDB;
+
     // The node's type is `resultKind`: Boolean, Numeric or String.
     HHDBNode(OptionalOffset location, std::uint32_t code, ValueType resultKind, std::string command);
 

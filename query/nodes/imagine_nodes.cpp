@@ -54,7 +54,7 @@ void printSpecifier(PrintTarget& target, const ZMFNode& specifier, BindingPower 
 }  // namespace
 
 ImagineNode::ImagineNode(OptionalOffset location, std::vector<NodePtr> specifiers, NodePtr body)
-    : ZMFNode(NodeKind::Imagine, body->valueType, location),
+    : ZMFNode(kind, body->valueType, location),
       specifiers(std::move(specifiers)),
       body(std::move(body)) {
     spanToOperand(*this, *this->body);
@@ -80,7 +80,7 @@ void ImagineNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ImaginePieceNode::ImaginePieceNode(OptionalOffset location, Piece piece, std::string text, NodePtr operand)
-    : ZMFNode(NodeKind::ImaginePiece, ValueType::Empty, location),
+    : ZMFNode(kind, ValueType::Empty, location),
       piece(piece),
       text(std::move(text)),
       operand(std::move(operand)) {
@@ -96,7 +96,7 @@ void ImaginePieceNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ImagineSwapNode::ImagineSwapNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::ImagineSwap, ValueType::Empty, location),
+    : ZMFNode(kind, ValueType::Empty, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanToOperand(*this, *this->right);
@@ -109,7 +109,7 @@ void ImagineSwapNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ImagineSidetomoveNode::ImagineSidetomoveNode(OptionalOffset location, ImaginedSide side)
-    : ZMFNode(NodeKind::ImagineSidetomove, ValueType::Empty, location), side(side) {}
+    : ZMFNode(kind, ValueType::Empty, location), side(side) {}
 
 void ImagineSidetomoveNode::print(PrintTarget& target) const { printSpecifier(target, *this, 0); }
 

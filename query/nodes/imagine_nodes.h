@@ -16,6 +16,8 @@ namespace tarnfold::zmf {
 // imagine specifier* : F, of the body's type.
 class ImagineNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Imagine;
+
     ImagineNode(OptionalOffset location, std::vector<NodePtr> specifiers, NodePtr body);
 
     void print(PrintTarget& target) const override;
@@ -29,6 +31,8 @@ public:
 // piece designator --> S: the piece appears on each square of the set.
 class ImaginePieceNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::ImaginePiece;
+
     ImaginePieceNode(OptionalOffset location, Piece piece, std::string text, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -42,6 +46,8 @@ public:
 // swap S S: the contents of two single squares change places.
 class ImagineSwapNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::ImagineSwap;
+
     ImagineSwapNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -56,6 +62,8 @@ enum class ImaginedSide : std::uint8_t { White = 0, Black = 1, Reverse = 2 };
 // sidetomove white, black or reverse.
 class ImagineSidetomoveNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::ImagineSidetomove;
+
     ImagineSidetomoveNode(OptionalOffset location, ImaginedSide side);
 
     void print(PrintTarget& target) const override;

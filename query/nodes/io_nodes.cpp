@@ -12,7 +12,7 @@ constexpr BindingPower readfileOperandPower = 48;
 }  // namespace
 
 ReadfileNode::ReadfileNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Readfile, ValueType::String, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::String, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -25,7 +25,7 @@ void ReadfileNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 WritefileNode::WritefileNode(OptionalOffset location, NodePtr left, NodePtr right, bool noclobber)
-    : ZMFNode(NodeKind::Writefile, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       left(std::move(left)),
       right(std::move(right)),
       noclobber(noclobber) {
@@ -42,7 +42,7 @@ void WritefileNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CommandpipeNode::CommandpipeNode(OptionalOffset location, std::vector<NodePtr> arguments)
-    : ZMFNode(NodeKind::Commandpipe, ValueType::String, location), arguments(std::move(arguments)) {
+    : ZMFNode(kind, ValueType::String, location), arguments(std::move(arguments)) {
     if (!this->arguments.empty()) spanToOperand(*this, *this->arguments.back());
 }
 

@@ -12,6 +12,8 @@ namespace tarnfold::zmf {
 // readfile T: the whole text of the named file.
 class ReadfileNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Readfile;
+
     ReadfileNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -24,6 +26,8 @@ public:
 // the left; with `noclobber` appended instead of replacing the file.
 class WritefileNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Writefile;
+
     WritefileNode(OptionalOffset location, NodePtr left, NodePtr right, bool noclobber);
 
     void print(PrintTarget& target) const override;
@@ -38,6 +42,8 @@ public:
 // program, the last the request sent to it; the response is the value.
 class CommandpipeNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Commandpipe;
+
     CommandpipeNode(OptionalOffset location, std::vector<NodePtr> arguments);
 
     void print(PrintTarget& target) const override;

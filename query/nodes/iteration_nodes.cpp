@@ -37,7 +37,7 @@ std::string loopLine(std::string_view kind, const std::string& variable, std::ui
 
 PieceNode::PieceNode(OptionalOffset location, std::string variable, std::uint32_t slot, NodePtr set,
                      NodePtr body, bool all)
-    : ZMFNode(NodeKind::Piece, all ? ValueType::Boolean : ValueType::Set, location),
+    : ZMFNode(kind, all ? ValueType::Boolean : ValueType::Set, location),
       variable(std::move(variable)),
       slot(slot),
       set(std::move(set)),
@@ -55,7 +55,7 @@ void PieceNode::dump(DumpTarget& target, bool isLast) const {
 
 PieceAssignNode::PieceAssignNode(OptionalOffset location, std::string variable, std::uint32_t slot,
                                  NodePtr operand)
-    : ZMFNode(NodeKind::PieceAssign, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       variable(std::move(variable)),
       slot(slot),
       operand(std::move(operand)) {
@@ -76,7 +76,7 @@ void PieceAssignNode::dump(DumpTarget& target, bool isLast) const {
 
 SquareNode::SquareNode(OptionalOffset location, std::string variable, std::uint32_t slot, NodePtr set,
                        NodePtr body, bool all)
-    : ZMFNode(NodeKind::Square, all ? ValueType::Boolean : ValueType::Set, location),
+    : ZMFNode(kind, all ? ValueType::Boolean : ValueType::Set, location),
       variable(std::move(variable)),
       slot(slot),
       set(std::move(set)),
@@ -94,7 +94,7 @@ void SquareNode::dump(DumpTarget& target, bool isLast) const {
 
 StringIteratorNode::StringIteratorNode(OptionalOffset location, std::string variable, std::uint32_t slot,
                                        NodePtr target, NodePtr body)
-    : ZMFNode(NodeKind::StringIterator, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       variable(std::move(variable)),
       slot(slot),
       target(std::move(target)),
@@ -103,7 +103,7 @@ StringIteratorNode::StringIteratorNode(OptionalOffset location, std::string vari
 }
 
 StringIteratorNode::StringIteratorNode(OptionalOffset location, NodePtr match, NodePtr body)
-    : ZMFNode(NodeKind::StringIterator, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       match(std::move(match)),
       body(std::move(body)) {
     spanToOperand(*this, *this->body);
@@ -136,7 +136,7 @@ void StringIteratorNode::dump(DumpTarget& out, bool isLast) const {
 DictionaryIteratorNode::DictionaryIteratorNode(OptionalOffset location, std::string variable,
                                                std::uint32_t slot, NodePtr dictionary,
                                                std::uint32_t dictionarySlot, NodePtr body)
-    : ZMFNode(NodeKind::DictionaryIterator, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       variable(std::move(variable)),
       slot(slot),
       dictionary(std::move(dictionary)),

@@ -14,6 +14,8 @@ namespace tarnfold::zmf {
 // piece V in S F, piece all V in S F: V is the identity of each piece on S.
 class PieceNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Piece;
+
     PieceNode(OptionalOffset location, std::string variable, std::uint32_t slot, NodePtr set, NodePtr body,
               bool all);
 
@@ -30,6 +32,8 @@ public:
 // piece V = S: V takes the identity of the piece on the one square of S.
 class PieceAssignNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::PieceAssign;
+
     PieceAssignNode(OptionalOffset location, std::string variable, std::uint32_t slot, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -43,6 +47,8 @@ public:
 // square V in S F, square all V in S F: V is each square of S as a set.
 class SquareNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Square;
+
     SquareNode(OptionalOffset location, std::string variable, std::uint32_t slot, NodePtr set, NodePtr body,
                bool all);
 
@@ -59,6 +65,8 @@ public:
 // string V in T F: a String loop variable over the string T.
 class StringIteratorNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::StringIterator;
+
     StringIteratorNode(OptionalOffset location, std::string variable, std::uint32_t slot, NodePtr target,
                        NodePtr body);
     // while (T ~~ "pattern") F: the body runs once for each match.
@@ -77,6 +85,8 @@ public:
 // string V in D F: V is each key of the dictionary variable D, in order.
 class DictionaryIteratorNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::DictionaryIterator;
+
     DictionaryIteratorNode(OptionalOffset location, std::string variable, std::uint32_t slot,
                            NodePtr dictionary, std::uint32_t dictionarySlot, NodePtr body);
 

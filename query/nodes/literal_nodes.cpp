@@ -7,7 +7,7 @@
 namespace tarnfold::zmf {
 
 IntegerNode::IntegerNode(OptionalOffset location, std::int64_t value)
-    : ZMFNode(NodeKind::Integer, ValueType::Numeric, location), value(value) {}
+    : ZMFNode(kind, ValueType::Numeric, location), value(value) {}
 
 // A negative value reads back as a negation of its magnitude, which gives
 // the same number and binds tighter than any infix operator.
@@ -17,13 +17,13 @@ void IntegerNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Integer (" + std::to_string(value) + ")");
 }
 
-TrueNode::TrueNode(OptionalOffset location) : ZMFNode(NodeKind::True, ValueType::Boolean, location) {}
+TrueNode::TrueNode(OptionalOffset location) : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void TrueNode::print(PrintTarget& target) const { target << "true"; }
 
 void TrueNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "True"); }
 
-FalseNode::FalseNode(OptionalOffset location) : ZMFNode(NodeKind::False, ValueType::Boolean, location) {}
+FalseNode::FalseNode(OptionalOffset location) : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void FalseNode::print(PrintTarget& target) const { target << "false"; }
 

@@ -9,6 +9,8 @@ namespace tarnfold::zmf {
 
 class IntegerNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Integer;
+
     IntegerNode(OptionalOffset location, std::int64_t value);
 
     void print(PrintTarget& target) const override;
@@ -19,6 +21,8 @@ public:
 
 class TrueNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::True;
+
     explicit TrueNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -27,6 +31,8 @@ public:
 
 class FalseNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::False;
+
     explicit FalseNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;

@@ -13,7 +13,7 @@ constexpr BindingPower notOperandPower = 30;
 }  // namespace
 
 NotNode::NotNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Not, ValueType::Boolean, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Boolean, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -24,7 +24,7 @@ void NotNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 AndNode::AndNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::And, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -35,7 +35,7 @@ void AndNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 OrNode::OrNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Or, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 

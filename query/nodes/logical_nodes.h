@@ -7,6 +7,8 @@ namespace tarnfold::zmf {
 
 class NotNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Not;
+
     NotNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -17,6 +19,8 @@ public:
 
 class AndNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::And;
+
     AndNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -28,6 +32,8 @@ public:
 
 class OrNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Or;
+
     OrNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;

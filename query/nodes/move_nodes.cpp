@@ -75,7 +75,7 @@ void addOperand(std::vector<PrintedParameter>& parameters, std::string_view keyw
 
 }  // namespace
 
-MoveNode::MoveNode(OptionalOffset location) : ZMFNode(NodeKind::Move, ValueType::Boolean, location) {}
+MoveNode::MoveNode(OptionalOffset location) : ZMFNode(kind, ValueType::Boolean, location) {}
 
 // The parameter that decides the result kind has to come first to be read
 // back the same way; the other set parameters come last, so that a filter of
@@ -148,7 +148,7 @@ void MoveNode::dump(DumpTarget& target, bool isLast) const {
 
 ConsecutivemovesNode::ConsecutivemovesNode(OptionalOffset location, NodePtr range, NodePtr left,
                                            NodePtr right, bool quiet)
-    : ZMFNode(NodeKind::Consecutivemoves, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       range(std::move(range)),
       left(std::move(left)),
       right(std::move(right)),

@@ -29,6 +29,8 @@ enum class MoveVariation : std::uint8_t { Both = 0, Primary = 1, Secondary = 2 }
 // squares. The value type follows from `count` and `resultKind`.
 class MoveNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Move;
+
     explicit MoveNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -58,6 +60,8 @@ public:
 // that the lines to the two positions share after they part.
 class ConsecutivemovesNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Consecutivemoves;
+
     ConsecutivemovesNode(OptionalOffset location, NodePtr range, NodePtr left, NodePtr right, bool quiet);
 
     void print(PrintTarget& target) const override;

@@ -23,14 +23,14 @@ void printPair(PrintTarget& target, std::string_view keyword, const ZMFNode& lef
 
 }  // namespace
 
-ParentNode::ParentNode(OptionalOffset location) : ZMFNode(NodeKind::Parent, ValueType::Position, location) {}
+ParentNode::ParentNode(OptionalOffset location) : ZMFNode(kind, ValueType::Position, location) {}
 
 void ParentNode::print(PrintTarget& target) const { target << "parent"; }
 
 void ParentNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Parent"); }
 
 PositionIDNode::PositionIDNode(OptionalOffset location)
-    : ZMFNode(NodeKind::PositionID, ValueType::Numeric, location) {}
+    : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void PositionIDNode::print(PrintTarget& target) const { target << "positionid"; }
 
@@ -39,7 +39,7 @@ void PositionIDNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CurrentPositionNode::CurrentPositionNode(OptionalOffset location)
-    : ZMFNode(NodeKind::CurrentPosition, ValueType::Position, location) {}
+    : ZMFNode(kind, ValueType::Position, location) {}
 
 void CurrentPositionNode::print(PrintTarget& target) const { target << "currentposition"; }
 
@@ -48,14 +48,14 @@ void CurrentPositionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 InitialNode::InitialNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Initial, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void InitialNode::print(PrintTarget& target) const { target << "initial"; }
 
 void InitialNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Initial"); }
 
 InitialpositionNode::InitialpositionNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Initialposition, ValueType::Position, location) {}
+    : ZMFNode(kind, ValueType::Position, location) {}
 
 void InitialpositionNode::print(PrintTarget& target) const { target << "initialposition"; }
 
@@ -64,7 +64,7 @@ void InitialpositionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 MainlineNode::MainlineNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Mainline, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void MainlineNode::print(PrintTarget& target) const { target << "mainline"; }
 
@@ -73,7 +73,7 @@ void MainlineNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 VirtualMainlineNode::VirtualMainlineNode(OptionalOffset location)
-    : ZMFNode(NodeKind::VirtualMainline, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void VirtualMainlineNode::print(PrintTarget& target) const { target << "virtualmainline"; }
 
@@ -82,7 +82,7 @@ void VirtualMainlineNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 TerminalNode::TerminalNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Terminal, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void TerminalNode::print(PrintTarget& target) const { target << "terminal"; }
 
@@ -91,7 +91,7 @@ void TerminalNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 VariationNode::VariationNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Variation, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void VariationNode::print(PrintTarget& target) const { target << "variation"; }
 
@@ -100,7 +100,7 @@ void VariationNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 StalemateNode::StalemateNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Stalemate, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void StalemateNode::print(PrintTarget& target) const { target << "stalemate"; }
 
@@ -108,20 +108,20 @@ void StalemateNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Stalemate");
 }
 
-DepthNode::DepthNode(OptionalOffset location) : ZMFNode(NodeKind::Depth, ValueType::Numeric, location) {}
+DepthNode::DepthNode(OptionalOffset location) : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void DepthNode::print(PrintTarget& target) const { target << "depth"; }
 
 void DepthNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Depth"); }
 
-PlyNode::PlyNode(OptionalOffset location) : ZMFNode(NodeKind::Ply, ValueType::Numeric, location) {}
+PlyNode::PlyNode(OptionalOffset location) : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void PlyNode::print(PrintTarget& target) const { target << "ply"; }
 
 void PlyNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Ply"); }
 
 MoveNumberNode::MoveNumberNode(OptionalOffset location)
-    : ZMFNode(NodeKind::MoveNumber, ValueType::Numeric, location) {}
+    : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void MoveNumberNode::print(PrintTarget& target) const { target << "movenumber"; }
 
@@ -130,7 +130,7 @@ void MoveNumberNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 GamenumberNode::GamenumberNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Gamenumber, ValueType::Numeric, location) {}
+    : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void GamenumberNode::print(PrintTarget& target) const { target << "gamenumber"; }
 
@@ -139,7 +139,7 @@ void GamenumberNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 SavePositionNode::SavePositionNode(OptionalOffset location)
-    : ZMFNode(NodeKind::SavePosition, ValueType::Position, location) {}
+    : ZMFNode(kind, ValueType::Position, location) {}
 
 void SavePositionNode::print(PrintTarget& target) const { target << "saveposition"; }
 
@@ -148,7 +148,7 @@ void SavePositionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CurrentMutationNode::CurrentMutationNode(OptionalOffset location)
-    : ZMFNode(NodeKind::CurrentMutation, ValueType::String, location) {}
+    : ZMFNode(kind, ValueType::String, location) {}
 
 void CurrentMutationNode::print(PrintTarget& target) const { target << "currentmutation"; }
 
@@ -157,7 +157,7 @@ void CurrentMutationNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CurrentTransformNode::CurrentTransformNode(OptionalOffset location, std::string text)
-    : ZMFNode(NodeKind::CurrentTransform, ValueType::String, location), text(std::move(text)) {}
+    : ZMFNode(kind, ValueType::String, location), text(std::move(text)) {}
 
 void CurrentTransformNode::print(PrintTarget& target) const { target << "currenttransform"; }
 
@@ -168,7 +168,7 @@ void CurrentTransformNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ChildNode::ChildNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Child, ValueType::Position, location), operand(std::move(operand)) {}
+    : ZMFNode(kind, ValueType::Position, location), operand(std::move(operand)) {}
 
 void ChildNode::print(PrintTarget& target) const {
     target << "child";
@@ -184,7 +184,7 @@ void ChildNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 PositionNode::PositionNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Position, ValueType::Position, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Position, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -197,7 +197,7 @@ void PositionNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 AncestorNode::AncestorNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Ancestor, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       left(std::move(left)),
       right(std::move(right)) {}
 
@@ -208,7 +208,7 @@ void AncestorNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 DescendantNode::DescendantNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Descendant, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       left(std::move(left)),
       right(std::move(right)) {}
 
@@ -219,7 +219,7 @@ void DescendantNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 LCANode::LCANode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::LCA, ValueType::Position, location), left(std::move(left)), right(std::move(right)) {}
+    : ZMFNode(kind, ValueType::Position, location), left(std::move(left)), right(std::move(right)) {}
 
 void LCANode::print(PrintTarget& target) const { printPair(target, "lca", *left, *right); }
 
@@ -229,7 +229,7 @@ void LCANode::dump(DumpTarget& target, bool isLast) const {
 
 FindNode::FindNode(OptionalOffset location, NodePtr operand, NodePtr range, bool reverse, bool all,
                    bool quiet)
-    : ZMFNode(NodeKind::Find, (all || range) ? ValueType::Numeric : ValueType::Position, location),
+    : ZMFNode(kind, (all || range) ? ValueType::Numeric : ValueType::Position, location),
       operand(std::move(operand)),
       range(std::move(range)),
       reverse(reverse),

@@ -13,6 +13,8 @@ namespace tarnfold::zmf {
 // parent: The parent of the current position; none at the root.
 class ParentNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Parent;
+
     explicit ParentNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -22,6 +24,8 @@ public:
 // positionid: The id of the current position: its row in pre-order, main child first.
 class PositionIDNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::PositionID;
+
     explicit PositionIDNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -31,6 +35,8 @@ public:
 // currentposition: The current position itself.
 class CurrentPositionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::CurrentPosition;
+
     explicit CurrentPositionNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -40,6 +46,8 @@ public:
 // initial: Whether the current position is the root of the game.
 class InitialNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Initial;
+
     explicit InitialNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -49,6 +57,8 @@ public:
 // initialposition: The root of the game: position 0.
 class InitialpositionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Initialposition;
+
     explicit InitialpositionNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -58,6 +68,8 @@ public:
 // mainline: Whether the current position lies on the main line.
 class MainlineNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Mainline;
+
     explicit MainlineNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -67,6 +79,8 @@ public:
 // virtualmainline: Whether the current position is reached by main moves from where its variation began.
 class VirtualMainlineNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::VirtualMainline;
+
     explicit VirtualMainlineNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -76,6 +90,8 @@ public:
 // terminal: Whether the current position has no moves after it in the tree.
 class TerminalNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Terminal;
+
     explicit TerminalNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -85,6 +101,8 @@ public:
 // variation: Whether the current position lies inside a variation.
 class VariationNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Variation;
+
     explicit VariationNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -94,6 +112,8 @@ public:
 // stalemate: Whether the side to move has no move and is not in check.
 class StalemateNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Stalemate;
+
     explicit StalemateNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -103,6 +123,8 @@ public:
 // depth: How many variations deep the current position lies.
 class DepthNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Depth;
+
     explicit DepthNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -112,6 +134,8 @@ public:
 // ply: The half-move count of the current position.
 class PlyNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Ply;
+
     explicit PlyNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -121,6 +145,8 @@ public:
 // movenumber: The move number of the current position.
 class MoveNumberNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::MoveNumber;
+
     explicit MoveNumberNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -130,6 +156,8 @@ public:
 // gamenumber: The number of the game in the input.
 class GamenumberNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Gamenumber;
+
     explicit GamenumberNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -140,6 +168,8 @@ public:
 // them.
 class SavePositionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::SavePosition;
+
     explicit SavePositionNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -149,6 +179,8 @@ public:
 // currentmutation: The imagined changes made to the current board, as text.
 class CurrentMutationNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::CurrentMutation;
+
     explicit CurrentMutationNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -159,6 +191,8 @@ public:
 // fixed while parsing; empty outside every transform.
 class CurrentTransformNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::CurrentTransform;
+
     CurrentTransformNode(OptionalOffset location, std::string text);
 
     void print(PrintTarget& target) const override;
@@ -170,6 +204,8 @@ public:
 // child, child(N): child N of the current position, the main child being 0.
 class ChildNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Child;
+
     // Without parentheses the operand is an implicit integer 0.
     ChildNode(OptionalOffset location, NodePtr operand);
 
@@ -182,6 +218,8 @@ public:
 // position N: the position with that id.
 class PositionNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Position;
+
     PositionNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -193,6 +231,8 @@ public:
 // ancestor(P P): whether `left` lies strictly above `right` in the tree.
 class AncestorNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Ancestor;
+
     AncestorNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -205,6 +245,8 @@ public:
 // descendant(P P): whether `left` lies strictly below `right` in the tree.
 class DescendantNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Descendant;
+
     DescendantNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -217,6 +259,8 @@ public:
 // lca(P P): the lowest position that lies above or at both.
 class LCANode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::LCA;
+
     LCANode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -231,6 +275,8 @@ public:
 // range, the number of them.
 class FindNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Find;
+
     FindNode(OptionalOffset location, NodePtr operand, NodePtr range, bool reverse, bool all, bool quiet);
 
     void print(PrintTarget& target) const override;

@@ -13,7 +13,7 @@ constexpr BindingPower identityOperandPower = 110;
 }  // namespace
 
 InNode::InNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::In, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -24,7 +24,7 @@ void InNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 ColonNode::ColonNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Colon, right->valueType, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, right->valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -35,7 +35,7 @@ void ColonNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 IdentityNode::IdentityNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Identity, operand->valueType, location), operand(std::move(operand)) {
+    : ZMFNode(kind, operand->valueType, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 

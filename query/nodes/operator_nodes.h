@@ -9,6 +9,8 @@ namespace tarnfold::zmf {
 // S in S: a subset; T in T: a substring. Boolean either way.
 class InNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::In;
+
     InNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -21,6 +23,8 @@ public:
 // P : F evaluates F at the position P; its value, and so its type, is F's.
 class ColonNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Colon;
+
     ColonNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -34,6 +38,8 @@ public:
 // and ends a piece designator where the text would otherwise continue it.
 class IdentityNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Identity;
+
     IdentityNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;

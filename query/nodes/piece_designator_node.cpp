@@ -8,7 +8,7 @@ namespace tarnfold::zmf {
 
 PieceDesignatorNode::PieceDesignatorNode(OptionalOffset location, std::optional<Bitboard> squares,
                                          std::optional<std::uint16_t> pieceMask, std::string text)
-    : ZMFNode(NodeKind::PieceDesignator, ValueType::Set, location),
+    : ZMFNode(kind, ValueType::Set, location),
       squares(squares),
       pieceMask(pieceMask),
       text(std::move(text)) {}

@@ -13,6 +13,8 @@ namespace tarnfold::zmf {
 
 class PieceDesignatorNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::PieceDesignator;
+
     PieceDesignatorNode(OptionalOffset location, std::optional<Bitboard> squares,
                         std::optional<std::uint16_t> pieceMask, std::string text);
 

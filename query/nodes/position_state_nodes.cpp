@@ -4,20 +4,20 @@
 
 namespace tarnfold::zmf {
 
-CheckNode::CheckNode(OptionalOffset location) : ZMFNode(NodeKind::Check, ValueType::Boolean, location) {}
+CheckNode::CheckNode(OptionalOffset location) : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void CheckNode::print(PrintTarget& target) const { target << "check"; }
 
 void CheckNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Check"); }
 
-MateNode::MateNode(OptionalOffset location) : ZMFNode(NodeKind::Mate, ValueType::Boolean, location) {}
+MateNode::MateNode(OptionalOffset location) : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void MateNode::print(PrintTarget& target) const { target << "mate"; }
 
 void MateNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Mate"); }
 
 WhiteToMoveNode::WhiteToMoveNode(OptionalOffset location)
-    : ZMFNode(NodeKind::WhiteToMove, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void WhiteToMoveNode::print(PrintTarget& target) const { target << "wtm"; }
 
@@ -26,7 +26,7 @@ void WhiteToMoveNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 BlackToMoveNode::BlackToMoveNode(OptionalOffset location)
-    : ZMFNode(NodeKind::BlackToMove, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void BlackToMoveNode::print(PrintTarget& target) const { target << "btm"; }
 

@@ -7,6 +7,8 @@ namespace tarnfold::zmf {
 
 class CheckNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Check;
+
     explicit CheckNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -15,6 +17,8 @@ public:
 
 class MateNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Mate;
+
     explicit MateNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -23,6 +27,8 @@ public:
 
 class WhiteToMoveNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::WhiteToMove;
+
     explicit WhiteToMoveNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -31,6 +37,8 @@ public:
 
 class BlackToMoveNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::BlackToMove;
+
     explicit BlackToMoveNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;

@@ -19,7 +19,7 @@ ValueType intersectionType(const ZMFNode& left, const ZMFNode& right) {
 }  // namespace
 
 BitAndNode::BitAndNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::BitAnd, intersectionType(*left, *right), location),
+    : ZMFNode(kind, intersectionType(*left, *right), location),
       left(std::move(left)),
       right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
@@ -34,7 +34,7 @@ void BitAndNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 BitOrNode::BitOrNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::BitOr, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {
+    : ZMFNode(kind, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
@@ -47,7 +47,7 @@ void BitOrNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 BitComplementNode::BitComplementNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::BitComplement, ValueType::Set, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Set, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -60,7 +60,7 @@ void BitComplementNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CardinalityNode::CardinalityNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Cardinality, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 

@@ -9,6 +9,8 @@ namespace tarnfold::zmf {
 // position sets).
 class BitAndNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::BitAnd;
+
     BitAndNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -20,6 +22,8 @@ public:
 
 class BitOrNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::BitOr;
+
     BitOrNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -32,6 +36,8 @@ public:
 // ~S: the squares not in the set.
 class BitComplementNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::BitComplement;
+
     BitComplementNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -43,6 +49,8 @@ public:
 // #F: the size of a set, a string or a dictionary.
 class CardinalityNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Cardinality;
+
     CardinalityNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;

@@ -17,7 +17,7 @@ void printSubscripted(PrintTarget& target, const ZMFNode& operand) {
 }  // namespace
 
 SliceNode::SliceNode(OptionalOffset location, NodePtr operand, NodePtr lower, NodePtr upper, bool range)
-    : ZMFNode(NodeKind::Slice, ValueType::String, location),
+    : ZMFNode(kind, ValueType::String, location),
       operand(std::move(operand)),
       lower(std::move(lower)),
       upper(std::move(upper)),
@@ -43,7 +43,7 @@ void SliceNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 DictionaryAccessNode::DictionaryAccessNode(OptionalOffset location, NodePtr dictionary, NodePtr key)
-    : ZMFNode(NodeKind::DictionaryAccess, ValueType::String, location),
+    : ZMFNode(kind, ValueType::String, location),
       dictionary(std::move(dictionary)),
       key(std::move(key)) {
     firstOffset = this->dictionary->firstOffset;

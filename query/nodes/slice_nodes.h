@@ -8,6 +8,8 @@ namespace tarnfold::zmf {
 // T[i], T[i:j], T[:j], T[i:], T[:]
 class SliceNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Slice;
+
     SliceNode(OptionalOffset location, NodePtr operand, NodePtr lower, NodePtr upper, bool range);
 
     void print(PrintTarget& target) const override;
@@ -22,6 +24,8 @@ public:
 // D[key]
 class DictionaryAccessNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::DictionaryAccess;
+
     DictionaryAccessNode(OptionalOffset location, NodePtr dictionary, NodePtr key);
 
     void print(PrintTarget& target) const override;

@@ -55,7 +55,7 @@ std::string withNumber(std::string_view prefix, std::uint32_t number, std::strin
 }  // namespace
 
 StringNode::StringNode(OptionalOffset location, ZmfString value)
-    : ZMFNode(NodeKind::String, ValueType::String, location), value(std::move(value)) {}
+    : ZMFNode(kind, ValueType::String, location), value(std::move(value)) {}
 
 void StringNode::print(PrintTarget& target) const { target << quoted(value->toUtf8()); }
 
@@ -64,7 +64,7 @@ void StringNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 BackslashLiteralNode::BackslashLiteralNode(OptionalOffset location, char character)
-    : ZMFNode(NodeKind::BackslashLiteral, ValueType::String, location),
+    : ZMFNode(kind, ValueType::String, location),
       character(character),
       value(makeZmfString(std::string_view(&character, 1))) {}
 
@@ -78,7 +78,7 @@ void BackslashLiteralNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CapturedGroupStringNode::CapturedGroupStringNode(OptionalOffset location, std::uint32_t group)
-    : ZMFNode(NodeKind::CapturedGroupString, ValueType::String, location), group(group) {}
+    : ZMFNode(kind, ValueType::String, location), group(group) {}
 
 void CapturedGroupStringNode::print(PrintTarget& target) const { target << withNumber("\\", group); }
 
@@ -87,7 +87,7 @@ void CapturedGroupStringNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 CapturedGroupIndexNode::CapturedGroupIndexNode(OptionalOffset location, std::uint32_t group)
-    : ZMFNode(NodeKind::CapturedGroupIndex, ValueType::Numeric, location), group(group) {}
+    : ZMFNode(kind, ValueType::Numeric, location), group(group) {}
 
 void CapturedGroupIndexNode::print(PrintTarget& target) const { target << withNumber("\\-", group); }
 
@@ -97,7 +97,7 @@ void CapturedGroupIndexNode::dump(DumpTarget& target, bool isLast) const {
 
 PatternMatchNode::PatternMatchNode(OptionalOffset location, NodePtr left, std::string patternText,
                                    std::shared_ptr<const icu::RegexPattern> pattern)
-    : ZMFNode(NodeKind::PatternMatch, ValueType::String, location),
+    : ZMFNode(kind, ValueType::String, location),
       left(std::move(left)),
       patternText(std::move(patternText)),
       pattern(std::move(pattern)) {

@@ -17,6 +17,8 @@ namespace tarnfold::zmf {
 // taken from it.
 class StringNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::String;
+
     StringNode(OptionalOffset location, ZmfString value);
 
     void print(PrintTarget& target) const override;
@@ -29,6 +31,8 @@ public:
 // literal has no escapes.
 class BackslashLiteralNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::BackslashLiteral;
+
     // `character` is one of '\n', '\t', '\r', '"' and '\\'.
     BackslashLiteralNode(OptionalOffset location, char character);
 
@@ -42,6 +46,8 @@ public:
 // \N: the text of group N of the last match.
 class CapturedGroupStringNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::CapturedGroupString;
+
     CapturedGroupStringNode(OptionalOffset location, std::uint32_t group);
 
     void print(PrintTarget& target) const override;
@@ -53,6 +59,8 @@ public:
 // \-N: where group N of the last match starts, in code points.
 class CapturedGroupIndexNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::CapturedGroupIndex;
+
     CapturedGroupIndexNode(OptionalOffset location, std::uint32_t group);
 
     void print(PrintTarget& target) const override;
@@ -65,6 +73,8 @@ public:
 // pattern is only read afterwards, so every worker may make matchers from it.
 class PatternMatchNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::PatternMatch;
+
     PatternMatchNode(OptionalOffset location, NodePtr left, std::string patternText,
                      std::shared_ptr<const icu::RegexPattern> pattern);
 

@@ -5,7 +5,7 @@
 namespace tarnfold::zmf {
 
 QueryContainer::QueryContainer(OptionalOffset location, std::vector<NodePtr> children)
-    : ZMFNode(NodeKind::QueryContainer, ValueType::Boolean, location), children(std::move(children)) {}
+    : ZMFNode(kind, ValueType::Boolean, location), children(std::move(children)) {}
 
 void QueryContainer::print(PrintTarget& target) const { printSequence(target, children, "", "\n"); }
 
@@ -15,7 +15,7 @@ void QueryContainer::dump(DumpTarget& target, bool isLast) const {
 }
 
 CompoundNode::CompoundNode(OptionalOffset location, std::vector<NodePtr> children)
-    : ZMFNode(NodeKind::Compound, children.empty() ? ValueType::Empty : children.back()->valueType, location),
+    : ZMFNode(kind, children.empty() ? ValueType::Empty : children.back()->valueType, location),
       children(std::move(children)) {}
 
 void CompoundNode::print(PrintTarget& target) const {
@@ -42,7 +42,7 @@ ZMFNode& CompoundNode::unwrapAll() {
 }
 
 ParenNode::ParenNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Paren, operand->valueType, location), operand(std::move(operand)) {}
+    : ZMFNode(kind, operand->valueType, location), operand(std::move(operand)) {}
 
 void ParenNode::print(PrintTarget& target) const {
     target << "(";
@@ -60,7 +60,7 @@ const ZMFNode& ParenNode::unwrapAll() const { return operand->unwrapAll(); }
 ZMFNode& ParenNode::unwrapAll() { return operand->unwrapAll(); }
 
 RangeNode::RangeNode(OptionalOffset location, NodePtr lower, NodePtr upper)
-    : ZMFNode(NodeKind::Range, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       lower(std::move(lower)),
       upper(std::move(upper)) {
     spanOperands(*this, *this->lower, this->upper ? *this->upper : *this->lower);

@@ -11,6 +11,8 @@ namespace tarnfold::zmf {
 // The root. Its filters are joined by juxtaposition, which is a conjunction.
 class QueryContainer : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::QueryContainer;
+
     explicit QueryContainer(OptionalOffset location, std::vector<NodePtr> children = {});
 
     void print(PrintTarget& target) const override;
@@ -22,6 +24,8 @@ public:
 // { F+ }: the type is the last filter's.
 class CompoundNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Compound;
+
     CompoundNode(OptionalOffset location, std::vector<NodePtr> children);
 
     void print(PrintTarget& target) const override;
@@ -40,6 +44,8 @@ private:
 // ( F ): only kept in the tree when the dump asks for it.
 class ParenNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Paren;
+
     ParenNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -55,6 +61,8 @@ public:
 // A numeric range; without `upper` it is exactly `lower`.
 class RangeNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Range;
+
     RangeNode(OptionalOffset location, NodePtr lower, NodePtr upper);
 
     void print(PrintTarget& target) const override;

@@ -70,7 +70,7 @@ std::string_view gameResultText(GameResult result) {
 }
 
 DateNode::DateNode(OptionalOffset location, NodePtr literal)
-    : ZMFNode(NodeKind::Date, readingType(literal), location), literal(std::move(literal)) {}
+    : ZMFNode(kind, readingType(literal), location), literal(std::move(literal)) {}
 
 void DateNode::print(PrintTarget& target) const { printReading(target, "date", literal); }
 
@@ -79,7 +79,7 @@ void DateNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 EventNode::EventNode(OptionalOffset location, NodePtr literal)
-    : ZMFNode(NodeKind::Event, readingType(literal), location), literal(std::move(literal)) {}
+    : ZMFNode(kind, readingType(literal), location), literal(std::move(literal)) {}
 
 void EventNode::print(PrintTarget& target) const { printReading(target, "event", literal); }
 
@@ -88,7 +88,7 @@ void EventNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 EventdateNode::EventdateNode(OptionalOffset location, NodePtr literal)
-    : ZMFNode(NodeKind::Eventdate, readingType(literal), location), literal(std::move(literal)) {}
+    : ZMFNode(kind, readingType(literal), location), literal(std::move(literal)) {}
 
 void EventdateNode::print(PrintTarget& target) const { printReading(target, "eventdate", literal); }
 
@@ -97,7 +97,7 @@ void EventdateNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 SiteNode::SiteNode(OptionalOffset location, NodePtr literal)
-    : ZMFNode(NodeKind::Site, readingType(literal), location), literal(std::move(literal)) {}
+    : ZMFNode(kind, readingType(literal), location), literal(std::move(literal)) {}
 
 void SiteNode::print(PrintTarget& target) const { printReading(target, "site", literal); }
 
@@ -106,7 +106,7 @@ void SiteNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 EcoNode::EcoNode(OptionalOffset location, NodePtr literal)
-    : ZMFNode(NodeKind::Eco, readingType(literal), location), literal(std::move(literal)) {}
+    : ZMFNode(kind, readingType(literal), location), literal(std::move(literal)) {}
 
 void EcoNode::print(PrintTarget& target) const { printReading(target, "eco", literal); }
 
@@ -115,7 +115,7 @@ void EcoNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 OriginalcommentNode::OriginalcommentNode(OptionalOffset location, NodePtr literal)
-    : ZMFNode(NodeKind::Originalcomment, readingType(literal), location), literal(std::move(literal)) {}
+    : ZMFNode(kind, readingType(literal), location), literal(std::move(literal)) {}
 
 void OriginalcommentNode::print(PrintTarget& target) const {
     printReading(target, "originalcomment", literal);
@@ -126,7 +126,7 @@ void OriginalcommentNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 PlayerNode::PlayerNode(OptionalOffset location, PlayerColor color, NodePtr literal)
-    : ZMFNode(NodeKind::Player, readingType(literal), location), color(color), literal(std::move(literal)) {}
+    : ZMFNode(kind, readingType(literal), location), color(color), literal(std::move(literal)) {}
 
 void PlayerNode::print(PrintTarget& target) const {
     printReading(target, keywordWithColor("player", color), literal);
@@ -137,7 +137,7 @@ void PlayerNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 EloNode::EloNode(OptionalOffset location, PlayerColor color)
-    : ZMFNode(NodeKind::Elo, ValueType::Numeric, location), color(color) {}
+    : ZMFNode(kind, ValueType::Numeric, location), color(color) {}
 
 void EloNode::print(PrintTarget& target) const {
     target << keywordWithColor("elo", color);
@@ -148,7 +148,7 @@ void EloNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, withColor("Elo", color));
 }
 
-YearNode::YearNode(OptionalOffset location) : ZMFNode(NodeKind::Year, ValueType::Numeric, location) {}
+YearNode::YearNode(OptionalOffset location) : ZMFNode(kind, ValueType::Numeric, location) {}
 
 void YearNode::print(PrintTarget& target) const {
     target << "year";
@@ -158,7 +158,7 @@ void YearNode::print(PrintTarget& target) const {
 void YearNode::dump(DumpTarget& target, bool isLast) const { dumpNode(*this, target, isLast, "Year"); }
 
 ResultNode::ResultNode(OptionalOffset location, std::optional<GameResult> result)
-    : ZMFNode(NodeKind::Result, result ? ValueType::Boolean : ValueType::String, location), result(result) {}
+    : ZMFNode(kind, result ? ValueType::Boolean : ValueType::String, location), result(result) {}
 
 // Unquoted, so that the text reads back the same inside a comment, where a
 // quoted result would be an argument of its own.
@@ -179,7 +179,7 @@ void ResultNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 TagNode::TagNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Tag, ValueType::String, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::String, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -190,7 +190,7 @@ void TagNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 SettagNode::SettagNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Settag, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanToOperand(*this, *this->right);
@@ -203,7 +203,7 @@ void SettagNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 RemovetagNode::RemovetagNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Removetag, ValueType::Boolean, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Boolean, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -216,7 +216,7 @@ void RemovetagNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 RemovecommentNode::RemovecommentNode(OptionalOffset location)
-    : ZMFNode(NodeKind::Removecomment, ValueType::Boolean, location) {}
+    : ZMFNode(kind, ValueType::Boolean, location) {}
 
 void RemovecommentNode::print(PrintTarget& target) const {
     target << "removecomment";

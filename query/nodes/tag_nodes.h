@@ -14,6 +14,8 @@ namespace tarnfold::zmf {
 // date "text"?
 class DateNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Date;
+
     // `literal` is a StringNode or null; it makes the node a test.
     DateNode(OptionalOffset location, NodePtr literal);
 
@@ -25,6 +27,8 @@ public:
 
 class EventNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Event;
+
     EventNode(OptionalOffset location, NodePtr literal);
 
     void print(PrintTarget& target) const override;
@@ -35,6 +39,8 @@ public:
 
 class EventdateNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Eventdate;
+
     EventdateNode(OptionalOffset location, NodePtr literal);
 
     void print(PrintTarget& target) const override;
@@ -45,6 +51,8 @@ public:
 
 class SiteNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Site;
+
     SiteNode(OptionalOffset location, NodePtr literal);
 
     void print(PrintTarget& target) const override;
@@ -55,6 +63,8 @@ public:
 
 class EcoNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Eco;
+
     EcoNode(OptionalOffset location, NodePtr literal);
 
     void print(PrintTarget& target) const override;
@@ -67,6 +77,8 @@ public:
 // with, not those the query adds.
 class OriginalcommentNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Originalcomment;
+
     OriginalcommentNode(OptionalOffset location, NodePtr literal);
 
     void print(PrintTarget& target) const override;
@@ -81,6 +93,8 @@ enum class PlayerColor : std::uint32_t { White, Black, Both };
 // player white|black? "text"?: both names, one per line, when no colour is given.
 class PlayerNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Player;
+
     PlayerNode(OptionalOffset location, PlayerColor color, NodePtr literal);
 
     void print(PrintTarget& target) const override;
@@ -93,6 +107,8 @@ public:
 // elo white|black?: the higher of the two when no colour is given.
 class EloNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Elo;
+
     EloNode(OptionalOffset location, PlayerColor color);
 
     void print(PrintTarget& target) const override;
@@ -103,6 +119,8 @@ public:
 
 class YearNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Year;
+
     explicit YearNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;
@@ -118,6 +136,8 @@ std::string_view gameResultText(GameResult result);
 // result 1-0|0-1|1/2-1/2|*?: the result tag as text, or a test against one.
 class ResultNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Result;
+
     ResultNode(OptionalOffset location, std::optional<GameResult> result);
 
     void print(PrintTarget& target) const override;
@@ -129,6 +149,8 @@ public:
 // tag T: the value of the tag of that name.
 class TagNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Tag;
+
     TagNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -140,6 +162,8 @@ public:
 // settag (T T): name and value of a tag to set when the game matches.
 class SettagNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Settag;
+
     SettagNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;
@@ -152,6 +176,8 @@ public:
 // removetag T: a tag to remove when the game matches.
 class RemovetagNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Removetag;
+
     RemovetagNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -163,6 +189,8 @@ public:
 // removecomment: the position's original comments go when the game matches.
 class RemovecommentNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Removecomment;
+
     explicit RemovecommentNode(OptionalOffset location);
 
     void print(PrintTarget& target) const override;

@@ -53,7 +53,7 @@ void printArgumentPair(PrintTarget& target, std::string_view keyword, const ZMFN
 }
 
 CommentNode::CommentNode(OptionalOffset location, std::vector<NodePtr> arguments)
-    : ZMFNode(NodeKind::Comment, ValueType::Boolean, location), arguments(std::move(arguments)) {
+    : ZMFNode(kind, ValueType::Boolean, location), arguments(std::move(arguments)) {
     spanToLastArgument(*this, this->arguments);
 }
 
@@ -64,7 +64,7 @@ void CommentNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 MessageNode::MessageNode(OptionalOffset location, std::vector<NodePtr> arguments, bool quiet)
-    : ZMFNode(NodeKind::Message, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       arguments(std::move(arguments)),
       quiet(quiet) {
     spanToLastArgument(*this, this->arguments);
@@ -79,7 +79,7 @@ void MessageNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 StrNode::StrNode(OptionalOffset location, std::vector<NodePtr> arguments)
-    : ZMFNode(NodeKind::Str, ValueType::String, location), arguments(std::move(arguments)) {
+    : ZMFNode(kind, ValueType::String, location), arguments(std::move(arguments)) {
     spanToLastArgument(*this, this->arguments);
 }
 
@@ -90,7 +90,7 @@ void StrNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 LowerNode::LowerNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Lower, ValueType::String, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::String, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -103,7 +103,7 @@ void LowerNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 UpperNode::UpperNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Upper, ValueType::String, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::String, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -116,7 +116,7 @@ void UpperNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 AsciiNode::AsciiNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Ascii,
+    : ZMFNode(kind,
               operand->valueType == ValueType::String ? ValueType::Numeric : ValueType::String, location),
       operand(std::move(operand)),
       mode(valueType == ValueType::Numeric ? AsciiMode::CharacterToCode : AsciiMode::CodeToCharacter) {
@@ -134,7 +134,7 @@ void AsciiNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 IntNode::IntNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Int, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -145,7 +145,7 @@ void IntNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 SqrtNode::SqrtNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Sqrt, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -156,7 +156,7 @@ void SqrtNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 PowerNode::PowerNode(OptionalOffset location, NodePtr operand)
-    : ZMFNode(NodeKind::Power, ValueType::Numeric, location), operand(std::move(operand)) {
+    : ZMFNode(kind, ValueType::Numeric, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
@@ -169,7 +169,7 @@ void PowerNode::dump(DumpTarget& target, bool isLast) const {
 }
 
 IndexofNode::IndexofNode(OptionalOffset location, NodePtr left, NodePtr right)
-    : ZMFNode(NodeKind::Indexof, ValueType::Numeric, location),
+    : ZMFNode(kind, ValueType::Numeric, location),
       left(std::move(left)),
       right(std::move(right)) {
     spanToOperand(*this, *this->right);

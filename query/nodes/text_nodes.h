@@ -21,6 +21,8 @@ void printArgumentPair(PrintTarget& target, std::string_view keyword, const ZMFN
 // comment (F ...): the arguments' texts joined, as a comment at the position.
 class CommentNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Comment;
+
     CommentNode(OptionalOffset location, std::vector<NodePtr> arguments);
 
     void print(PrintTarget& target) const override;
@@ -33,6 +35,8 @@ public:
 // `quiet` behind a prefix that names the game and the move.
 class MessageNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Message;
+
     MessageNode(OptionalOffset location, std::vector<NodePtr> arguments, bool quiet);
 
     void print(PrintTarget& target) const override;
@@ -45,6 +49,8 @@ public:
 // str (F ...): the arguments' texts joined into one string.
 class StrNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Str;
+
     StrNode(OptionalOffset location, std::vector<NodePtr> arguments);
 
     void print(PrintTarget& target) const override;
@@ -55,6 +61,8 @@ public:
 
 class LowerNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Lower;
+
     LowerNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -65,6 +73,8 @@ public:
 
 class UpperNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Upper;
+
     UpperNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -82,6 +92,8 @@ enum class AsciiMode : std::uint8_t {
 
 class AsciiNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Ascii;
+
     AsciiNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -94,6 +106,8 @@ public:
 // int T: the string read as a decimal integer.
 class IntNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Int;
+
     IntNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -104,6 +118,8 @@ public:
 
 class SqrtNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Sqrt;
+
     SqrtNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -115,6 +131,8 @@ public:
 // power S: the material value of the pieces on the squares.
 class PowerNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Power;
+
     PowerNode(OptionalOffset location, NodePtr operand);
 
     void print(PrintTarget& target) const override;
@@ -126,6 +144,8 @@ public:
 // indexof (T T): where the left string first occurs in the right one.
 class IndexofNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Indexof;
+
     IndexofNode(OptionalOffset location, NodePtr left, NodePtr right);
 
     void print(PrintTarget& target) const override;

@@ -6,7 +6,7 @@ namespace tarnfold::zmf {
 
 IdentifierNode::IdentifierNode(OptionalOffset location, std::string name, std::uint32_t slot,
                                ValueType valueType)
-    : ZMFNode(NodeKind::Identifier, valueType, location), name(std::move(name)), slot(slot) {}
+    : ZMFNode(kind, valueType, location), name(std::move(name)), slot(slot) {}
 
 void IdentifierNode::print(PrintTarget& target) const { target << name; }
 
@@ -16,7 +16,7 @@ void IdentifierNode::dump(DumpTarget& target, bool isLast) const {
 
 AssignNode::AssignNode(OptionalOffset location, NodePtr target, NodePtr value, TokenKind op,
                        std::string spelling)
-    : ZMFNode(NodeKind::Assign, ValueType::Boolean, location),
+    : ZMFNode(kind, ValueType::Boolean, location),
       target(std::move(target)),
       value(std::move(value)),
       op(op),

@@ -11,6 +11,8 @@ namespace tarnfold::zmf {
 
 class IdentifierNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Identifier;
+
     IdentifierNode(OptionalOffset location, std::string name, std::uint32_t slot, ValueType valueType);
 
     void print(PrintTarget& target) const override;
@@ -23,6 +25,8 @@ public:
 // x = v, x += v and the other assignment operators.
 class AssignNode : public ZMFNode {
 public:
+    static constexpr NodeKind kind = NodeKind::Assign;
+
     AssignNode(OptionalOffset location, NodePtr target, NodePtr value, TokenKind op, std::string spelling);
 
     void print(PrintTarget& target) const override;
