@@ -16,6 +16,7 @@
 #include "query/dump_target.h"
 #include "query/parser.h"
 #include "query/print_target.h"
+#include "query/unevaluated_filters.h"
 
 namespace tarnfold::zmf {
 
@@ -82,6 +83,8 @@ bool runQuery(ZMFDriverOptions& options) {
     setElisions(*parser, true, true, true);
     ParsedQuery query = parser->parseQuery(options.querySource);
     if (!query.root) return false;
+    printDiagnostics(unevaluatedFilterWarnings(*query.root, parser->source()), parser->source(),
+                     options.warnLevel, std::cout);
     applyHeaderDefaults(query.header, options);
 
     if (options.inputFile.empty()) {

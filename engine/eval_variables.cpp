@@ -50,6 +50,14 @@ Value ZMFEngine::eval(const IsunboundNode& node) {
     return Value::boolean(!node.slot || variables.resolve(*node.slot).isNone());
 }
 
+// A parameter that aliases the caller's variable needs nothing; every other
+// one takes its argument's value before the body runs.
+Value ZMFEngine::eval(const FunctionCallNode& node) {
+    for (const FunctionCallNode::Binding& binding : node.bindings)
+        variables.resolve(binding.slot) = evaluate(*node.arguments[binding.argument]);
+    return evaluate(*node.body);
+}
+
 // The declaration's assignment runs only while the variable is unbound, so
 // a persistent variable is set once and then kept from game to game.
 Value ZMFEngine::eval(const PersistentNode& node) {

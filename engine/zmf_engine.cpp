@@ -112,12 +112,13 @@ Value ZMFEngine::evaluate(const ZMFNode& node) {
 }
 
 // One case per kind of the list. A filter that is parsed but not evaluated
-// yet gives None (the run warned about it before the first game); a part of
-// another filter, or a kind that no class builds, is an internal fault.
+// yet gives None (the run warned about it before the first game), and so
+// does a part of another filter, which its owner reads in place. A kind that
+// no class builds cannot be reached.
 Value ZMFEngine::dispatch(const ZMFNode& node) {
 #define ZMF_DISPATCH_evaluated(Class) return eval(as<Class>(node));
 #define ZMF_DISPATCH_pending(Class) return Value();
-#define ZMF_DISPATCH_part(Class) break;
+#define ZMF_DISPATCH_part(Class) return Value();
 #define ZMF_DISPATCH_unbuilt(Class) break;
     switch (node.kind) {
 #define ZMF_NODE(Kind, Class, family, state, name) \

@@ -61,6 +61,7 @@ void DumpTarget::writeLocation(const ZMFNode& node) {
 }
 
 void DumpTarget::writeLine(const ZMFNode& node, bool isLast, std::string_view name) {
+    if (visit) visit(node);
     writePrefix(isLast);
     writeColored(boldColor, name);
     if (!label_.empty()) {

@@ -2,6 +2,7 @@
 // The writer of the tree dump: one line per node, indented by a tree prefix
 // that shows which ancestors still have siblings to come.
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -37,6 +38,9 @@ public:
     bool expandFunctions = false;
     bool expandFuncArgs = false;
     bool expandTransforms = false;
+    // Called with every node whose line is written, so that a dump can also
+    // serve as a walk over the whole tree.
+    std::function<void(const ZMFNode&)> visit;
 
     // The role of the next node written; used by that node's line only.
     void setLabel(std::string_view label);

@@ -104,6 +104,36 @@ Token Parser::readRawWord() {
     return word;
 }
 
+namespace {
+
+// Filters whose parsing is still to come: a user who writes one is told so,
+// rather than that a keyword is unexpected.
+bool isFilterNotYetBuilt(TokenKind kind) {
+    switch (kind) {
+        case TokenKind::KwLine:
+        case TokenKind::KwFlip:
+        case TokenKind::KwFlipcolor:
+        case TokenKind::KwFliphorizontal:
+        case TokenKind::KwFlipvertical:
+        case TokenKind::KwReversecolor:
+        case TokenKind::KwRotate45:
+        case TokenKind::KwRotate90:
+        case TokenKind::KwShift:
+        case TokenKind::KwShifthorizontal:
+        case TokenKind::KwShiftvertical:
+        case TokenKind::KwNotransform: return true;
+        default: return false;
+    }
+}
+
+std::string unexpectedTokenText(const Token& token) {
+    if (isFilterNotYetBuilt(token.kind))
+        return "The '" + token.text + "' filter is not supported by this version of ZMFi";
+    return "Unexpected token: '" + token.text + "'";
+}
+
+}  // namespace
+
 Token Parser::expectToken(TokenKind kind) {
     Token token = nextToken();
     if (token.kind != kind)
@@ -192,7 +222,7 @@ NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
         if (!pendingMessage_.empty())
             reportPendingAt(token);
         else if (!silent)
-            report(token.begin, MessageLevel::Error, "Unexpected token: '" + token.text + "'");
+            report(token.begin, MessageLevel::Error, unexpectedTokenText(token));
         clearPending();
         return nullptr;
     }
