@@ -53,6 +53,19 @@ std::string disambiguation(Board& board, Move move, const MoveTextStyle& style) 
     return text;
 }
 
+// A pawn on its fourth rank may have come from its third or its second, so a
+// retracted pawn step names its origin whenever another retraction of the
+// same pawn reaches the same square: "~e4" alone would read back as either.
+std::string reversePawnOrigin(Board& board, Move move) {
+    thread_local MoveList moves;
+    board.generateLegalReverseMoves(moves);
+    for (Move other : moves)
+        if (other.to() == move.to() && other.from() != move.from() && other.moved() == move.moved() &&
+            !other.isCapture() && !other.isDrop() && !other.isCastle())
+            return std::string(squareName(move.from()));
+    return "";
+}
+
 std::string promotionText(Piece promotion, const MoveTextStyle& style) {
     const std::string letter = pieceText(pieceType(promotion), style.useGlyphs);
     if (style.promotionMark == "()" || style.promotionMark == "[]")
@@ -82,6 +95,8 @@ std::string moveToText(Board& board, Move move, const MoveTextStyle& style) {
         if (!move.isDrop()) text += disambiguation(board, move, style);
     } else if (move.isCapture()) {
         text += char('a' + fileOf(move.from()));
+    } else if (move.isReverse() && !move.isDrop()) {
+        text += reversePawnOrigin(board, move);
     }
     if (move.isDrop()) text += style.dropMark;
     if (move.isCapture()) {

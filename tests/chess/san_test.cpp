@@ -195,6 +195,38 @@ TEST(SanWrite, DisambiguationSuffixesAndStyles) {
     EXPECT_EQ(read, back);
 }
 
+// Every retraction written reads back as itself: a pawn on its fourth rank
+// may have come from two squares, and its text must say which.
+TEST(SanRoundTrip, EveryReverseMoveReadsBack) {
+    const struct {
+        Variant variant;
+        const char* fen;
+    } positions[] = {
+        {Standard, "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 b kq - 0 1"},
+        {Standard, "rnbqkbnr/pp2pppp/8/2pp4/3PP3/8/PPP2PPP/RNBQKBNR w KQkq - 0 3"},
+        {Crazyhouse, "r1bqk2r/pppp1ppp/2n2n2/2b1p3/2B1P3/5N2/PPPP1PPP/RNBQK2R[NPbp] w KQkq - 0 5"},
+        {Horde, "rnbqkbnr/pppppppp/8/1PP2PP1/PPPPPPPP/PPPPPPPP/PPPPPPPP/PPPPPPPP w kq - 0 1"},
+    };
+    for (const auto& p : positions) {
+        Board board(p.variant);
+        ASSERT_TRUE(board.setFen(p.fen)) << p.fen;
+        MoveList reverses;
+        board.generateLegalReverseMoves(reverses);
+        EXPECT_FALSE(reverses.empty()) << p.fen;
+        for (Move move : reverses) {
+            const std::string text = moveToText(board, move);
+            Move read;
+            size_t position = 0;
+            EXPECT_EQ(parseSan(board, text, read, position), MoveSuccess) << p.fen << " " << text;
+            EXPECT_EQ(read, move) << p.fen << " " << text;
+        }
+    }
+    // The pawn on e4 came from e2 or from e3.
+    Board board = boardFrom("rnbqkbnr/pp2pppp/8/2pp4/3PP3/8/PPP2PPP/RNBQKBNR b KQkq - 0 3");
+    EXPECT_EQ(moveToText(board, reversed(Move::make(WhitePawn, E2, E4))), "~e2e4");
+    EXPECT_EQ(moveToText(board, reversed(Move::make(WhitePawn, E3, E4))), "~e3e4");
+}
+
 // Every move of real games, main lines and variations, in every rule set:
 // read, written back, read again to the same move.
 TEST(SanRoundTrip, CorpusSampleReplays) {
