@@ -122,7 +122,8 @@ Value ZMFEngine::dispatch(const ZMFNode& node) {
 #define ZMF_DISPATCH_unbuilt(Class) break;
     switch (node.kind) {
 #define ZMF_NODE(Kind, Class, family, state, name) \
-    case NodeKind::Kind: ZMF_DISPATCH_##state(Class)
+    case NodeKind::Kind:                           \
+        ZMF_DISPATCH_##state(Class)
 #include "query/node_kinds.def"
 #undef ZMF_NODE
     }

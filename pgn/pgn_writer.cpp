@@ -47,6 +47,19 @@ size_t addCommentWords(const PGNWriteOptions& options, std::string_view text, st
     return words.size() - start;
 }
 
+// A comment as it will stand between its braces: words one blank apart,
+// braces replaced.
+std::string writtenForm(const PGNWriteOptions& options, std::string_view text) {
+    std::vector<PGNWord> words;
+    addCommentWords(options, text, words);
+    std::string form;
+    for (const PGNWord& word : words) {
+        if (!form.empty()) form += ' ';
+        form += word.text;
+    }
+    return form;
+}
+
 // The texts to write from one place, after the filters of the options; a
 // joined text is kept in storage.
 std::vector<std::string_view> commentTexts(const PGNWriteOptions& options,
@@ -58,9 +71,16 @@ std::vector<std::string_view> commentTexts(const PGNWriteOptions& options,
         if (comment.kind != LineComment || options.keepLineComments) texts.push_back(comment.text);
     if (texts.size() < 2) return texts;
     if (options.uniqueComments) {
+        // Two comments are the same if they are written the same, so that
+        // what is written once is written alike the second time.
         std::vector<std::string_view> unique;
-        for (std::string_view text : texts)
-            if (std::find(unique.begin(), unique.end(), text) == unique.end()) unique.push_back(text);
+        std::vector<std::string> written;
+        for (std::string_view text : texts) {
+            std::string form = writtenForm(options, text);
+            if (std::find(written.begin(), written.end(), form) != written.end()) continue;
+            written.push_back(std::move(form));
+            unique.push_back(text);
+        }
         texts = std::move(unique);
     }
     if (options.coalesceComments && texts.size() >= 2) {

@@ -23,14 +23,20 @@ void check(bool condition) {
 }
 
 // Comments as the default writer leaves them: braces inside become '_',
-// empty ones vanish, a repeated one is written once.
+// blanks between words become one, empty ones vanish, and a repeated one
+// (as written) is written once.
 void describeComments(const std::vector<GameComment>& comments, char mark, std::string& out) {
     std::vector<std::string> seen;
     for (const GameComment& comment : comments) {
-        std::string text = comment.text;
-        for (char& c : text)
-            if (c == '{' || c == '}') c = '_';
-        if (text.find_first_not_of(" \t\r\n\f\v") == std::string::npos) continue;
+        std::string text;
+        std::istringstream words(comment.text);
+        for (std::string word; words >> word;) {
+            for (char& c : word)
+                if (c == '{' || c == '}') c = '_';
+            if (!text.empty()) text += ' ';
+            text += word;
+        }
+        if (text.empty()) continue;
         if (std::find(seen.begin(), seen.end(), text) != seen.end()) continue;
         seen.push_back(text);
         (out += mark) += text;

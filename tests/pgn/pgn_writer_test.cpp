@@ -4,12 +4,14 @@
 
 #include <functional>
 #include <initializer_list>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "chess/notation.h"
 #include "pgn/game.h"
 #include "pgn/game_builder.h"
+#include "pgn/pgn_reader.h"
 
 namespace tarnfold::PGN {
 namespace {
@@ -171,8 +173,42 @@ TEST(PgnWriter, CommentTexts) {
          [](PGNWriteOptions& o) { o.keepLineComments = false; }, "1.e4 e5 *\n"},
         {"empty among others", withCommentsAfterE4({{BraceComment, ""}, {BraceComment, "z"}}), defaults,
          "1.e4 {z} 1...e5 *\n"},
+        // Alike as written, so a second pass through the writer changes nothing.
+        {"repeats as written",
+         withCommentsAfterE4(
+             {{BraceComment, "{a "}, {BraceComment, "_a"}, {BraceComment, " x"}, {BraceComment, "x\t"}}),
+         defaults, "1.e4 {_a} {x} 1...e5 *\n"},
     };
     for (const Case& c : cases) EXPECT_EQ(runCase(c), c.expected) << c.what;
+}
+
+// Whatever a comment holds, the written game reads back and is written again
+// byte for byte.
+TEST(PgnWriter, WrittenCommentsReadBackAndWriteAlike) {
+    const std::vector<GameComment> hostile = {{BraceComment, std::string("nul\0byte", 8)},
+                                              {BraceComment, "\xff\xfe not utf-8 \xc3"},
+                                              {BraceComment, "{a "},
+                                              {BraceComment, "_a"},
+                                              {BraceComment, "}}{{"},
+                                              {BraceComment, "%escape\n%line"},
+                                              {BraceComment, ";semi ; colon"},
+                                              {BraceComment, "\r\n\r\n"},
+                                              {LineComment, "line } {"}};
+    AnnotatedGame game;
+    withCommentsAfterE4(hostile)(game);
+    game.rewind();
+    const std::string first = gameToPgn(PGNWriteOptions{}, game);
+    std::istringstream stream(first);
+    PGNReader reader(stream, false);
+    AnnotatedGame again;
+    reader.game = &again;
+    reader.clearGameState();
+    ASSERT_EQ(reader.read(), 0) << first;
+    again.rewind();
+    EXPECT_EQ(gameToPgn(PGNWriteOptions{}, again), first);
+    EXPECT_EQ(first, std::string("1.e4 {nul\0byte} {\xff\xfe not utf-8 \xc3} {_a} {____} {%escape %line} "
+                                 "{;semi ; colon} {\nline _ _} 1...e5 *\n",
+                                 98));
 }
 
 TEST(PgnWriter, LineBreaking) {
