@@ -22,6 +22,7 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     tagsParsed = false;
     hasVariations = false;
     abort = false;
+    evaluations_ = 0;
     if (slotValues.size() != query.variableSlots.size()) slotValues.resize(query.variableSlots.size());
     for (const VariableSlot& slot : query.variableSlots)
         if (!slot.persistent) slotValues[slot.id] = Value();
@@ -103,6 +104,10 @@ void ZMFEngine::fail(uint32_t kind, std::string text, const ZMFNode& node) {
 // entries made while it was evaluated: a comment stands only if every filter
 // around it held.
 Value ZMFEngine::evaluate(const ZMFNode& node) {
+    if (evaluationLimit != 0 && ++evaluations_ > evaluationLimit) {
+        abort = true;
+        return Value();
+    }
     const size_t comments = commentLog.size(), commits = commitEntries.size();
     Value result = dispatch(node);
     if (result.isTrue() || !smartComments) return result;

@@ -73,6 +73,11 @@ public:
     bool asyncMessages = true;
     bool asyncErrors = true;
 
+    // A cap on the evaluations of one game, for callers that must not hang
+    // on any query (the fuzz targets); 0 means none. Once it is spent every
+    // filter gives None and the game's run ends, as after a failure.
+    uint64_t evaluationLimit = 0;
+
     uint64_t positionsTotal = 0;
     uint32_t commentSequence = 0;
     uint32_t current = 0;
@@ -137,6 +142,7 @@ private:
     Board& mutableBoard() { return boards[current]; }
 
     ParsedQuery* query_ = nullptr;
+    uint64_t evaluations_ = 0;
     uint16_t gamePieceIdCounter_ = 0;
 };
 
