@@ -10,7 +10,7 @@
 
 #include <unicode/unistr.h>
 
-#include "driver/source/query_source.h"
+#include "query/query_source.h"
 
 namespace tarnfold::zmf {
 

@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
-#include "driver/source/query_source.h"
 #include "query/handler.h"
 #include "query/message_sink.h"
 #include "query/node.h"
 #include "query/parsed_query.h"
+#include "query/query_source.h"
 #include "query/sort_slots.h"
 #include "query/symbols.h"
 #include "query/token.h"
