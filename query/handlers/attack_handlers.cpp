@@ -44,11 +44,7 @@ public:
 
 private:
     std::string message(std::string_view side) const {
-        std::string text(side);
-        text.append(" operand to '");
-        text.append(name_);
-        text.append("' filter must be a set filter");
-        return text;
+        return joinPieces({side, " operand to '", name_, "' filter must be a set filter"});
     }
 
     std::string_view name_;

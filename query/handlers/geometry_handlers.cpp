@@ -129,10 +129,7 @@ public:
         : PrefixHandler(parser, kind), power_(power) {}
 
     NodePtr parse(const Token& token) override {
-        std::string message("The operand to the '");
-        message.append(token.text);
-        message.append("' filter must be a set filter");
-        NodePtr operand = parseSetOperand(parser, token, power_, message);
+        NodePtr operand = parseSetOperand(parser, token, power_, operandMessage(token.text, "set"));
         if (!operand) return nullptr;
         return makeNode<Node>(parser, token, std::move(operand));
     }

@@ -30,9 +30,7 @@ bool expect(Parser& parser, TokenKind kind) {
         parser.report(next.begin, MessageLevel::Error, "Unexpected end of file");
         return false;
     }
-    std::string text("Unexpected token: '");
-    text.append(next.text).append("'");
-    parser.report(next.begin, MessageLevel::Error, text);
+    parser.report(next.begin, MessageLevel::Error, joinPieces({"Unexpected token: '", next.text, "'"}));
     return false;
 }
 

@@ -67,9 +67,7 @@ ParameterOperand parseParameterOperand(Parser& parser, std::uint64_t power) {
 }
 
 std::string quoted(std::string_view before, std::string_view name, std::string_view after) {
-    std::string text(before);
-    text.append("'").append(name).append("'").append(after);
-    return text;
+    return joinPieces({before, "'", name, "'", after});
 }
 
 // The state of one move filter while its parameters are read.

@@ -20,20 +20,11 @@ NodePtr fail(Parser& parser, const Token& at, std::string_view text) {
     return nullptr;
 }
 
-// Built by append: GCC 12 at -O3 warns falsely about "literal" + std::string.
-std::string filterMessage(std::string_view before, std::string_view name, std::string_view after) {
-    std::string text(before);
-    text.append(name).append(after);
-    return text;
-}
-
 // An operand of the wrong type is reported with its text underlined.
 bool checkOperand(Parser& parser, const Token& token, const ZMFNode& operand, ValueType wanted,
                   std::string_view name, std::string_view typeWord) {
     if (operand.valueType == wanted) return true;
-    std::string text = filterMessage("The operand to the '", name, "' filter must be a ");
-    text.append(typeWord).append(" filter");
-    parser.reportOperand(token, operand, text);
+    parser.reportOperand(token, operand, operandMessage(name, typeWord));
     return false;
 }
 
@@ -46,7 +37,7 @@ public:
 
     NodePtr parse(const Token& token) override {
         if (parser.peekToken().kind != TokenKind::LeftParen)
-            return fail(parser, token, filterMessage("Missing open parenthesis after '", name_, "' filter"));
+            return fail(parser, token, joinPieces({"Missing open parenthesis after '", name_, "' filter"}));
         parser.nextToken();
         NodePtr left = parser.parseExpression(0);
         if (!left) return nullptr;
@@ -57,7 +48,7 @@ public:
         if (!checkOperand(parser, token, *right, ValueType::Position, name_, "position")) return nullptr;
         if (parser.peekToken().kind != TokenKind::RightParen)
             return fail(parser, token,
-                        filterMessage("Missing closing parenthesis after '", name_, "' filter"));
+                        joinPieces({"Missing closing parenthesis after '", name_, "' filter"}));
         parser.nextToken();
         return makeNode<Node>(parser, token, std::move(left), std::move(right));
     }

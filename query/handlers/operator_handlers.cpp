@@ -40,10 +40,8 @@ public:
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (left->valueType != ValueType::Position) {
-            std::string text("Left operand to operator '");
-            text.append(token.text);
-            text.append("' must be a position filter");
-            parser.deferTypeError(std::move(text), *left);
+            parser.deferTypeError(
+                joinPieces({"Left operand to operator '", token.text, "' must be a position filter"}), *left);
             return std::move(left);
         }
         NodePtr right = parser.parseExpression(precedence);

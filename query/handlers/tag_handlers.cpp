@@ -150,10 +150,7 @@ public:
         NodePtr operand = parser.parseExpression(110);
         if (!operand) return nullptr;
         if (operand->valueType != ValueType::String) {
-            std::string text("The operand to the '");
-            text.append(token.text);
-            text.append("' filter must be a string filter");
-            parser.reportOperand(token, *operand, text);
+            parser.reportOperand(token, *operand, operandMessage(token.text, "string"));
             return nullptr;
         }
         return makeNode<Node>(parser, token, std::move(operand));

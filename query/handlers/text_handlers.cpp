@@ -11,15 +11,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-std::string operandMessage(std::string_view name, std::string_view type) {
-    std::string text("The operand to the '");
-    text.append(name);
-    text.append("' filter must be a ");
-    text.append(type);
-    text.append(" filter");
-    return text;
-}
-
 // One argument of comment or message. A tag filter inside does not take
 // the string literal that follows it, which is the next argument instead.
 NodePtr parseTextArgument(Parser& parser) {
@@ -41,10 +32,8 @@ std::vector<NodePtr> parseTextArguments(Parser& parser, const Token& token) {
     }
     parser.nextToken();
     if (parser.peekToken().kind == TokenKind::RightParen) {
-        std::string text("No argument specified for '");
-        text.append(token.text);
-        text.append("' filter");
-        parser.report(token.begin, MessageLevel::Error, text);
+        parser.report(token.begin, MessageLevel::Error,
+                      joinPieces({"No argument specified for '", token.text, "' filter"}));
         return arguments;
     }
     while (parser.peekToken().kind != TokenKind::RightParen) {
