@@ -17,7 +17,7 @@ class AttackHandler : public InfixHandler {
 public:
     // `name` is the filter in messages, whichever spelling stands in the text.
     AttackHandler(Parser& parser, TokenKind kind, std::string_view name)
-        : InfixHandler(parser, kind, 80, false), name_(name) {}
+        : InfixHandler(parser, kind), name_(name) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         convertPieceToSet(left);

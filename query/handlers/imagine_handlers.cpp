@@ -16,9 +16,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// A designator is read above every operator: nothing may continue it.
-constexpr std::uint64_t designatorPower = 120;
-
 // Reads a token that must come next, with the frame's message otherwise.
 bool expect(Parser& parser, TokenKind kind) {
     Token next = parser.peekToken();
@@ -81,7 +78,7 @@ private:
     NodePtr piece(const Token& keyword) {
         Token start = parser.nextToken();
         if (!expectDesignator()) return nullptr;
-        NodePtr operand = parser.parseExpression(designatorPower);
+        NodePtr operand = parser.parseExpression(pieceParameter);
         if (!operand) return nullptr;
         std::optional<Piece> code = onePiece(*operand);
         if (!code) {

@@ -25,7 +25,7 @@ public:
     ReadfileHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwReadfile) {}
     NodePtr parse(const Token& token) override {
         if (refusedInSecureMode(parser, token)) return nullptr;
-        NodePtr operand = parser.parseExpression(48);
+        NodePtr operand = parser.parseExpression(cardinalityOperand);
         if (!operand) return nullptr;
         if (operand->valueType != ValueType::String) {
             parser.reportOperand(token, *operand,

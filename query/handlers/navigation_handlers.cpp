@@ -12,9 +12,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr std::uint64_t positionOperandPower = 45;
-constexpr std::uint64_t findBodyPower = 15;
-
 NodePtr fail(Parser& parser, const Token& at, std::string_view text) {
     parser.report(at.begin, MessageLevel::Error, text);
     return nullptr;
@@ -86,7 +83,7 @@ public:
     PositionHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwPosition) {}
 
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(positionOperandPower);
+        NodePtr operand = parser.parseExpression(absOperand);
         if (!operand) return nullptr;
         if (!checkOperand(parser, token, *operand, ValueType::Numeric, "position", "numeric")) return nullptr;
         return makeNode<PositionNode>(parser, token, std::move(operand));
@@ -133,7 +130,7 @@ public:
         if (all && range)
             return fail(parser, token,
                         "Cannot use 'all' and a range with 'find' filter, use one or the other");
-        NodePtr body = parser.parseExpression(findBodyPower);
+        NodePtr body = parser.parseExpression(findBody);
         if (!body) return nullptr;
         return makeNode<FindNode>(parser, token, std::move(body), std::move(range), reverse, all, quiet);
     }

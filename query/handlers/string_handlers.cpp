@@ -110,7 +110,7 @@ bool matchesEmptyText(const icu::RegexPattern& pattern) {
 // T ~~ "pattern"
 class PatternMatchHandler : public InfixHandler {
 public:
-    PatternMatchHandler(Parser& parser) : InfixHandler(parser, TokenKind::PatternMatch, 95, false) {}
+    PatternMatchHandler(Parser& parser) : InfixHandler(parser, TokenKind::PatternMatch) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (left->valueType != ValueType::String) {

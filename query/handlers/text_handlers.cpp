@@ -107,7 +107,7 @@ public:
 template <class Node>
 class OneOperandHandler : public PrefixHandler {
 public:
-    OneOperandHandler(Parser& parser, TokenKind kind, std::uint64_t power, ValueType type,
+    OneOperandHandler(Parser& parser, TokenKind kind, BindingPower power, ValueType type,
                       std::string_view typeName)
         : PrefixHandler(parser, kind), power_(power), type_(type), typeName_(typeName) {}
     NodePtr parse(const Token& token) override {
@@ -121,7 +121,7 @@ public:
     }
 
 private:
-    std::uint64_t power_;
+    BindingPower power_;
     ValueType type_;
     std::string_view typeName_;
 };
@@ -131,7 +131,7 @@ class AsciiHandler : public PrefixHandler {
 public:
     AsciiHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwAscii) {}
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(45);
+        NodePtr operand = parser.parseExpression(absOperand);
         if (!operand) return nullptr;
         if (!hasType(*operand, {ValueType::Numeric, ValueType::String})) {
             parser.reportOperand(token, *operand,
@@ -180,16 +180,16 @@ void registerTextHandlers(Parser& parser) {
     parser.registerPrefix(std::make_unique<StrHandler>(parser));
     parser.registerPrefix(std::make_unique<AsciiHandler>(parser));
     parser.registerPrefix(std::make_unique<IndexofHandler>(parser));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<LowerNode>>(parser, TokenKind::KwLowercase, 60,
-                                                                         ValueType::String, "string"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<UpperNode>>(parser, TokenKind::KwUppercase, 60,
-                                                                         ValueType::String, "string"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<IntNode>>(parser, TokenKind::KwInt, 48,
-                                                                       ValueType::String, "string"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<SqrtNode>>(parser, TokenKind::KwSqrt, 45,
+    parser.registerPrefix(std::make_unique<OneOperandHandler<LowerNode>>(
+        parser, TokenKind::KwLowercase, squareOperand, ValueType::String, "string"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<UpperNode>>(
+        parser, TokenKind::KwUppercase, squareOperand, ValueType::String, "string"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<IntNode>>(
+        parser, TokenKind::KwInt, cardinalityOperand, ValueType::String, "string"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<SqrtNode>>(parser, TokenKind::KwSqrt, absOperand,
                                                                         ValueType::Numeric, "numeric"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<PowerNode>>(parser, TokenKind::KwPower, 60,
-                                                                         ValueType::Set, "set"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<PowerNode>>(
+        parser, TokenKind::KwPower, squareOperand, ValueType::Set, "set"));
 }
 
 }  // namespace tarnfold::zmf
