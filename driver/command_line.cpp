@@ -7,7 +7,7 @@
 #include <limits>
 #include <thread>
 
-#include "driver/source/path_search.h"
+#include "driver/path_search.h"
 
 namespace tarnfold::zmf {
 

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "driver/command_line.h"
-#include "driver/source/path_search.h"
+#include "driver/path_search.h"
 #include "driver/usage.h"
 
 namespace tarnfold::zmf {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "chess/variant.h"
-#include "driver/source/query_source.h"
+#include "query/query_source.h"
 
 namespace tarnfold::zmf {
 

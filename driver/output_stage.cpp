@@ -9,8 +9,8 @@
 #include <iostream>
 
 #include "driver/game_loop.h"
+#include "driver/path_search.h"
 #include "driver/run_totals.h"
-#include "driver/source/path_search.h"
 #include "engine/collate.h"
 #include "engine/zmf_engine.h"
 

@@ -6,8 +6,8 @@
 #include <ostream>
 #include <vector>
 
-#include "driver/source/query_source.h"
 #include "query/message.h"
+#include "query/query_source.h"
 
 namespace tarnfold::zmf {
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
-#include "driver/source/query_source.h"
 #include "query/node.h"
+#include "query/query_source.h"
 
 namespace tarnfold::zmf {
 

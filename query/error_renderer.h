@@ -7,8 +7,8 @@
 #include <string>
 #include <utility>
 
-#include "driver/source/query_source.h"
 #include "query/message.h"
+#include "query/query_source.h"
 
 namespace tarnfold::zmf {
 

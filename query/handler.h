@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "query/binding_power.h"
 #include "query/node.h"
 #include "query/token.h"
 
@@ -37,8 +38,12 @@ public:
 
 class InfixHandler : public Handler {
 public:
-    InfixHandler(Parser& parser, TokenKind kind, std::uint64_t precedence, bool rightAssociative)
-        : Handler(parser, kind), rightAssociative(rightAssociative), precedence(precedence) {}
+    // Precedence and associativity are those of the kind's row in the infix
+    // table, which the printers read too.
+    InfixHandler(Parser& parser, TokenKind kind)
+        : Handler(parser, kind),
+          rightAssociative(infixOperator(kind).rightAssociative),
+          precedence(infixOperator(kind).precedence) {}
 
     // Either moves `left` into the new node, or leaves it and returns it as
     // its own result (declining), or returns null.
@@ -46,10 +51,10 @@ public:
 
     // The right operand is always read with `precedence` as its minimum, so
     // the extra 1 lets a right-associative operator take its own level.
-    virtual std::uint64_t bindingPower() const { return precedence + rightAssociative; }
+    virtual BindingPower bindingPower() const { return precedence + rightAssociative; }
 
     std::uint8_t rightAssociative;
-    std::uint64_t precedence;
+    BindingPower precedence;
 };
 
 }  // namespace tarnfold::zmf

@@ -30,4 +30,13 @@ std::string messageText(const Message& message) {
     return utf8;
 }
 
+std::string joinPieces(std::initializer_list<std::string_view> pieces) {
+    std::size_t size = 0;
+    for (std::string_view piece : pieces) size += piece.size();
+    std::string text;
+    text.reserve(size);
+    for (std::string_view piece : pieces) text.append(piece);
+    return text;
+}
+
 }  // namespace tarnfold::zmf

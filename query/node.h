@@ -8,8 +8,8 @@
 #include <memory>
 #include <string_view>
 
-#include "driver/source/query_source.h"
 #include "query/node_kind.h"
+#include "query/query_source.h"
 #include "query/value_type.h"
 
 namespace tarnfold::zmf {

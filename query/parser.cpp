@@ -194,7 +194,7 @@ void Parser::finish(ZMFNode& node) const {
     if (reader_.lastToken().end) node.lastOffset = reader_.lastToken().end;
 }
 
-NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
+NodePtr Parser::parseExpression(BindingPower minimumPower) {
     struct DepthGuard {
         unsigned& depth;
         explicit DepthGuard(unsigned& depth) : depth(++depth) {}
@@ -243,7 +243,7 @@ NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
         if (!left) return nullptr;
         Token next = peekToken();
         InfixHandler* infix = next.kind == TokenKind::EndOfFile ? nullptr : infix_[slot(next.kind)].get();
-        std::uint64_t power = infix ? infix->bindingPower() : 0;
+        BindingPower power = infix ? infix->bindingPower() : 0;
         if (power <= minimumPower) return left;
         if (rangeOnly) return nullptr;
 
@@ -279,12 +279,11 @@ NodePtr Parser::parseExpression(std::uint64_t minimumPower) {
     }
 }
 
-Parser::TriedOperand Parser::tryOperand(std::uint64_t minimumPower, ParserSnapshot& before,
-                                        ValueType wanted) {
+Parser::TriedOperand Parser::tryOperand(BindingPower minimumPower, ParserSnapshot& before, ValueType wanted) {
     before = snapshot();
     // Inside a function body the text position does not say where we are.
     bool memorable = reader_.state().replays.empty();
-    std::pair<std::size_t, std::uint64_t> key{reader_.state().cursor, minimumPower};
+    std::pair<std::size_t, BindingPower> key{reader_.state().cursor, minimumPower};
     if (auto known = memorable ? tries_.find(key) : tries_.end(); known != tries_.end()) {
         const TryOutcome& outcome = known->second;
         if (!outcome.type) return {};

@@ -12,11 +12,11 @@
 #include <string>
 #include <vector>
 
-#include "driver/source/query_source.h"
 #include "query/handler.h"
 #include "query/message_sink.h"
 #include "query/node.h"
 #include "query/parsed_query.h"
+#include "query/query_source.h"
 #include "query/sort_slots.h"
 #include "query/symbols.h"
 #include "query/token.h"
@@ -49,7 +49,7 @@ public:
     void beginParse(const QuerySource& source);
 
     // --- for handlers ---------------------------------------------------
-    NodePtr parseExpression(std::uint64_t minimumPower);
+    NodePtr parseExpression(BindingPower minimumPower);
     // A right operand that may be missing (after + and *), tried silently.
     // `before` is the state ahead of the attempt. The node is null when
     // there is none, or when an earlier try at this place found an operand
@@ -59,7 +59,7 @@ public:
         std::optional<ValueType> otherType;
         SourceSpan otherSpan;
     };
-    TriedOperand tryOperand(std::uint64_t minimumPower, ParserSnapshot& before, ValueType wanted);
+    TriedOperand tryOperand(BindingPower minimumPower, ParserSnapshot& before, ValueType wanted);
     // An optional range of integer literals (and numeric variables when
     // allowed); null, with nothing consumed and nothing said, when there is none.
     NodePtr parseRange(bool allowVariables);
@@ -157,7 +157,7 @@ private:
         std::optional<ValueType> type;
         SourceSpan span;
     };
-    std::map<std::pair<std::size_t, std::uint64_t>, TryOutcome> tries_;
+    std::map<std::pair<std::size_t, BindingPower>, TryOutcome> tries_;
 
     std::string pendingMessage_;
     bool pendingTypeError_ = false;

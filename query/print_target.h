@@ -11,12 +11,11 @@
 #include <utility>
 #include <vector>
 
+#include "query/binding_power.h"
 #include "query/node.h"
 
 namespace tarnfold::zmf {
 
-// The binding powers of the parser's operator tables.
-using BindingPower = std::uint64_t;
 inline constexpr BindingPower closedEnd = std::numeric_limits<BindingPower>::max();
 
 struct PrintedEnds {
@@ -71,6 +70,13 @@ PrintedEnds printOperand(PrintTarget& target, const ZMFNode& node, BindingPower 
 // right-associative.
 void printInfix(PrintTarget& target, const ZMFNode& left, std::string_view spelling, const ZMFNode& right,
                 BindingPower precedence, bool rightAssociative);
+
+// The same for an operator of the infix table.
+inline void printInfix(PrintTarget& target, const ZMFNode& left, std::string_view spelling,
+                       const ZMFNode& right, TokenKind op) {
+    const InfixOperator& row = infixOperator(op);
+    printInfix(target, left, spelling, right, row.precedence, row.rightAssociative);
+}
 
 // A prefix operator or keyword and its operand, which it reads with
 // `operandPower` as the minimum. A word is followed by a blank; a symbol only

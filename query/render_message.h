@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "driver/source/query_source.h"
 #include "query/message.h"
+#include "query/query_source.h"
 
 namespace tarnfold::zmf {
 

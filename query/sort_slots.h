@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "driver/source/query_source.h"
+#include "query/query_source.h"
 #include "query/value_type.h"
 
 namespace tarnfold::zmf {

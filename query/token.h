@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "driver/source/query_source.h"
+#include "query/query_source.h"
 
 // Rows X(Kind, "text") in matching order: the first row whose text stands at
 // the cursor wins, so a longer spelling must precede its prefixes. A kind

@@ -13,7 +13,7 @@ namespace {
 // N + N | T + T
 class AddHandler : public InfixHandler {
 public:
-    AddHandler(Parser& parser) : InfixHandler(parser, TokenKind::Plus, 50, false) {}
+    AddHandler(Parser& parser) : InfixHandler(parser, TokenKind::Plus) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (!hasType(*left, {ValueType::Numeric, ValueType::String})) {
@@ -43,8 +43,8 @@ public:
 template <class Node>
 class NumericOperatorHandler : public InfixHandler {
 public:
-    NumericOperatorHandler(Parser& parser, TokenKind kind, std::uint64_t precedence, bool optionalRight)
-        : InfixHandler(parser, kind, precedence, false), optionalRight_(optionalRight) {}
+    NumericOperatorHandler(Parser& parser, TokenKind kind, bool optionalRight)
+        : InfixHandler(parser, kind), optionalRight_(optionalRight) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (left->valueType != ValueType::Numeric) {
@@ -87,7 +87,7 @@ class NegateHandler : public PrefixHandler {
 public:
     NegateHandler(Parser& parser) : PrefixHandler(parser, TokenKind::Minus) {}
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(110);
+        NodePtr operand = parser.parseExpression(backquoteOperand);
         if (!operand) return nullptr;
         if (operand->valueType != ValueType::Numeric) {
             parser.reportOperand(token, *operand, "Operand to negation operator must be a numeric filter");
@@ -102,7 +102,7 @@ class AbsHandler : public PrefixHandler {
 public:
     AbsHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwAbs) {}
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(45);
+        NodePtr operand = parser.parseExpression(absOperand);
         if (!operand) return nullptr;
         if (operand->valueType != ValueType::Numeric) {
             parser.reportOperand(token, *operand, "The operand to the 'abs' filter must be a numeric filter");
@@ -117,13 +117,13 @@ public:
 void registerArithmeticHandlers(Parser& parser) {
     parser.registerInfix(std::make_unique<AddHandler>(parser));
     parser.registerInfix(
-        std::make_unique<NumericOperatorHandler<SubtractNode>>(parser, TokenKind::Minus, 50, false));
+        std::make_unique<NumericOperatorHandler<SubtractNode>>(parser, TokenKind::Minus, false));
     parser.registerInfix(
-        std::make_unique<NumericOperatorHandler<MultiplyNode>>(parser, TokenKind::Star, 55, true));
+        std::make_unique<NumericOperatorHandler<MultiplyNode>>(parser, TokenKind::Star, true));
     parser.registerInfix(
-        std::make_unique<NumericOperatorHandler<DivideNode>>(parser, TokenKind::Divide, 55, false));
+        std::make_unique<NumericOperatorHandler<DivideNode>>(parser, TokenKind::Divide, false));
     parser.registerInfix(
-        std::make_unique<NumericOperatorHandler<ModulusNode>>(parser, TokenKind::Modulus, 55, false));
+        std::make_unique<NumericOperatorHandler<ModulusNode>>(parser, TokenKind::Modulus, false));
     parser.registerPrefix(std::make_unique<NegateHandler>(parser));
     parser.registerPrefix(std::make_unique<AbsHandler>(parser));
 }

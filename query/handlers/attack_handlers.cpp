@@ -17,7 +17,7 @@ class AttackHandler : public InfixHandler {
 public:
     // `name` is the filter in messages, whichever spelling stands in the text.
     AttackHandler(Parser& parser, TokenKind kind, std::string_view name)
-        : InfixHandler(parser, kind, 80, false), name_(name) {}
+        : InfixHandler(parser, kind), name_(name) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         convertPieceToSet(left);
@@ -44,11 +44,7 @@ public:
 
 private:
     std::string message(std::string_view side) const {
-        std::string text(side);
-        text.append(" operand to '");
-        text.append(name_);
-        text.append("' filter must be a set filter");
-        return text;
+        return joinPieces({side, " operand to '", name_, "' filter must be a set filter"});
     }
 
     std::string_view name_;

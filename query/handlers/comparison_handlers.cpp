@@ -12,7 +12,7 @@ namespace {
 template <class Node>
 class ComparisonHandler : public InfixHandler {
 public:
-    ComparisonHandler(Parser& parser, TokenKind kind) : InfixHandler(parser, kind, 40, true) {}
+    ComparisonHandler(Parser& parser, TokenKind kind) : InfixHandler(parser, kind) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         const std::string& op = token.text;

@@ -102,13 +102,6 @@ public:
     }
 };
 
-// Built by append: GCC 12 at -O3 warns falsely about "literal" + std::string.
-std::string quotedMessage(std::string_view before, std::string_view word, std::string_view after) {
-    std::string text(before);
-    text.append(word).append(after);
-    return text;
-}
-
 // max(F F+), min(F F+): all Numeric or all String
 template <class Node>
 class ExtremumHandler : public PrefixHandler {
@@ -118,7 +111,7 @@ public:
 
     NodePtr parse(const Token& token) override {
         if (parser.peekToken().kind != TokenKind::LeftParen)
-            return fail(parser, token, quotedMessage("Missing open parenthesis after '", name_, "' filter"));
+            return fail(parser, token, joinPieces({"Missing open parenthesis after '", name_, "' filter"}));
         parser.nextToken();
         std::vector<NodePtr> arguments;
         for (;;) {
@@ -126,14 +119,14 @@ public:
             if (next == TokenKind::RightParen) break;
             if (next == TokenKind::EndOfFile || next == TokenKind::RightBrace)
                 return fail(parser, token,
-                            quotedMessage("Missing closing parenthesis for '", name_, "' filter"));
+                            joinPieces({"Missing closing parenthesis for '", name_, "' filter"}));
             NodePtr argument = parser.parseExpression(0);
             if (!argument) return nullptr;
             if (!hasType(*argument, {ValueType::Numeric, ValueType::String})) {
-                std::string text("Invalid operand type '");
-                text.append(printableType(argument->valueType)).append("' for '").append(name_);
-                text.append("' filter, operands must be all string or numeric filters");
-                parser.reportOperand(token, *argument, text);
+                parser.reportOperand(
+                    token, *argument,
+                    joinPieces({"Invalid operand type '", printableType(argument->valueType), "' for '",
+                                name_, "' filter, operands must be all string or numeric filters"}));
                 return nullptr;
             }
             if (!arguments.empty() && arguments.back()->valueType != argument->valueType) {
@@ -145,23 +138,22 @@ public:
         parser.nextToken();
         if (arguments.size() < 2)
             return fail(parser, token,
-                        quotedMessage("The '", name_, "' filter requires at least two numeric arguments"));
+                        joinPieces({"The '", name_, "' filter requires at least two numeric arguments"}));
         return makeNode<Node>(parser, token, std::move(arguments));
     }
 
 private:
     void reportMixed(const Token& token, const ZMFNode& previous, const ZMFNode& operand) {
         parser.reportOperand(token, operand,
-                             quotedMessage("The operands to the '", name_,
-                                           "' filter must all be either numeric or string filters"));
-        std::string text("This operand has '");
-        text.append(printableType(operand.valueType)).append("' type");
+                             joinPieces({"The operands to the '", name_,
+                                         "' filter must all be either numeric or string filters"}));
         SourceSpan at = Parser::spanOf(operand);
-        parser.report(at.begin, MessageLevel::Note, text, {at});
-        std::string before("The previous operand has '");
-        before.append(printableType(previous.valueType)).append("' type");
+        parser.report(at.begin, MessageLevel::Note,
+                      joinPieces({"This operand has '", printableType(operand.valueType), "' type"}), {at});
         SourceSpan earlier = Parser::spanOf(previous);
-        parser.report(earlier.begin, MessageLevel::Note, before, {earlier});
+        parser.report(earlier.begin, MessageLevel::Note,
+                      joinPieces({"The previous operand has '", printableType(previous.valueType), "' type"}),
+                      {earlier});
     }
 
     std::string_view name_;

@@ -15,14 +15,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// Messages that quote a name, built by append: GCC 12 at -O3 warns falsely
-// about "literal" + std::string.
-std::string withName(std::string_view before, std::string_view name, std::string_view after) {
-    std::string text(before);
-    text.append(name).append(after);
-    return text;
-}
-
 SourceSpan spanOfToken(const Token& token) { return SourceSpan{token.begin, token.end}; }
 
 NodePtr fail(Parser& parser, const Token& at, std::string_view text, std::vector<SourceSpan> spans = {}) {
@@ -72,7 +64,7 @@ public:
         if (existing && (existing->isFunction || !parser.symbols.slot(existing->slot).persistent))
             return fail(
                 parser, name,
-                withName("'persistent' must be applied to first reference of variable '", name.text, "'"),
+                joinPieces({"'persistent' must be applied to first reference of variable '", name.text, "'"}),
                 {spanOfToken(name)});
         std::uint32_t slot = existing ? existing->slot : parser.symbols.findOrCreateGlobal(name.text).slot;
         declarePersistent(parser.symbols.slot(slot), strategy, quiet);
@@ -136,14 +128,14 @@ public:
         // A variable not yet typed may still become a dictionary; declaring
         // an existing dictionary again is allowed.
         if (existing && existing->isFunction)
-            return fail(
-                parser, name,
-                withName("'", name.text, "' used in dictionary declaration is already defined as a function"),
-                {spanOfToken(name)});
+            return fail(parser, name,
+                        joinPieces({"'", name.text,
+                                    "' used in dictionary declaration is already defined as a function"}),
+                        {spanOfToken(name)});
         if (existing && existing->valueType != ValueType::Empty &&
             existing->valueType != ValueType::Dictionary) {
             std::string text =
-                withName("'", name.text, "' used in dictionary declaration is already defined as a ");
+                joinPieces({"'", name.text, "' used in dictionary declaration is already defined as a "});
             text.append(printableType(existing->valueType)).append(" variable");
             return fail(parser, name, text, {spanOfToken(name)});
         }
@@ -186,7 +178,7 @@ public:
             return fail(parser, token, "Expected variable name for 'unbind'");
         Symbol* symbol = parser.symbols.find(name.text);
         if (!symbol || symbol->isFunction)
-            return fail(parser, name, withName("No accessible variable named '", name.text, "'"),
+            return fail(parser, name, joinPieces({"No accessible variable named '", name.text, "'"}),
                         {spanOfToken(name)});
         std::uint32_t slot = symbol->slot;
 
@@ -223,7 +215,7 @@ public:
     NodePtr parse(const Token& token) override {
         Token name = parser.nextToken();
         if (name.kind != TokenKind::Identifier)
-            return fail(parser, token, withName("Expected variable name for '", keyword_, "'"));
+            return fail(parser, token, joinPieces({"Expected variable name for '", keyword_, "'"}));
         return makeNode<Node>(parser, token, name.text, slotOfVariable(parser, name.text));
     }
 

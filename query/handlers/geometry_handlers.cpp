@@ -29,7 +29,7 @@ NodePtr reportAtKeyword(Parser& parser, const Token& token, std::string_view tex
 
 // One operand that must be a set; a piece variable stands for its square.
 // Null after the message when it is something else.
-NodePtr parseSetOperand(Parser& parser, const Token& token, std::uint64_t power, std::string_view message) {
+NodePtr parseSetOperand(Parser& parser, const Token& token, BindingPower power, std::string_view message) {
     NodePtr operand = parser.parseExpression(power);
     if (!operand) return nullptr;
     convertPieceToSet(operand);
@@ -110,9 +110,9 @@ public:
             return reportAtKeyword(parser, token, "Missing '(' at beginning of 'between' filter");
         parser.nextToken();
         constexpr std::string_view wrongType = "The operands of the 'between' filter must be set filters";
-        NodePtr left = parseSetOperand(parser, token, 60, wrongType);
+        NodePtr left = parseSetOperand(parser, token, squareOperand, wrongType);
         if (!left) return nullptr;
-        NodePtr right = parseSetOperand(parser, token, 60, wrongType);
+        NodePtr right = parseSetOperand(parser, token, squareOperand, wrongType);
         if (!right) return nullptr;
         if (parser.peekToken().kind != TokenKind::RightParen)
             return reportAtKeyword(parser, token, "Missing ')' at end of 'between' filter");
@@ -121,24 +121,21 @@ public:
     }
 };
 
-// colortype S, type S, file S, rank S (power 60); dark S, light S (power 90)
+// colortype S, type S, file S, rank S; dark S, light S
 template <class Node>
 class SquareSetHandler : public PrefixHandler {
 public:
-    SquareSetHandler(Parser& parser, TokenKind kind, std::uint64_t power)
+    SquareSetHandler(Parser& parser, TokenKind kind, BindingPower power)
         : PrefixHandler(parser, kind), power_(power) {}
 
     NodePtr parse(const Token& token) override {
-        std::string message("The operand to the '");
-        message.append(token.text);
-        message.append("' filter must be a set filter");
-        NodePtr operand = parseSetOperand(parser, token, power_, message);
+        NodePtr operand = parseSetOperand(parser, token, power_, operandMessage(token.text, "set"));
         if (!operand) return nullptr;
         return makeNode<Node>(parser, token, std::move(operand));
     }
 
 private:
-    std::uint64_t power_;
+    BindingPower power_;
 };
 
 // direction R S, with R an optional range: up, down, right, left, northeast,
@@ -245,8 +242,8 @@ public:
             // reports it where it stands.
             if (!slot || *slot) break;
             parser.nextToken();
-            *slot =
-                parseSetOperand(parser, token, 85, "The operand to the 'pin' filter must be a set filter");
+            *slot = parseSetOperand(parser, token, pinParameter,
+                                    "The operand to the 'pin' filter must be a set filter");
             if (!*slot) return nullptr;
         }
         // Without parameters the filter asks for any piece pinned to its king.
@@ -257,7 +254,7 @@ public:
     }
 };
 
-// makesquare ( N N ) | makesquare T (power 45)
+// makesquare ( N N ) | makesquare T
 class MakesquareHandler : public PrefixHandler {
 public:
     MakesquareHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwMakesquare) {}
@@ -291,7 +288,7 @@ private:
     static constexpr std::string_view missingArgument = "missing argument to 'makesquare' filter";
 
     NodePtr parseName(const Token& token) {
-        NodePtr operand = parser.parseExpression(45);
+        NodePtr operand = parser.parseExpression(absOperand);
         if (!operand) return nullptr;
         if (operand->valueType != ValueType::String) {
             parser.reportOperand(
@@ -327,13 +324,13 @@ private:
     }
 };
 
-// pieceid S | pieceid of a piece variable (power 60)
+// pieceid S | pieceid of a piece variable
 class PieceidHandler : public PrefixHandler {
 public:
     PieceidHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwPieceid) {}
 
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(60);
+        NodePtr operand = parser.parseExpression(squareOperand);
         if (!operand) return nullptr;
         if (!hasType(*operand, {ValueType::Set, ValueType::Piece})) {
             parser.reportOperand(
@@ -395,12 +392,17 @@ private:
 void registerGeometryHandlers(Parser& parser) {
     parser.registerPrefix(std::make_unique<BetweenHandler>(parser));
     parser.registerPrefix(
-        std::make_unique<SquareSetHandler<ColortypeNode>>(parser, TokenKind::KwColortype, 60));
-    parser.registerPrefix(std::make_unique<SquareSetHandler<TypeNode>>(parser, TokenKind::KwType, 60));
-    parser.registerPrefix(std::make_unique<SquareSetHandler<FileNode>>(parser, TokenKind::KwFile, 60));
-    parser.registerPrefix(std::make_unique<SquareSetHandler<RankNode>>(parser, TokenKind::KwRank, 60));
-    parser.registerPrefix(std::make_unique<SquareSetHandler<DarkNode>>(parser, TokenKind::KwDark, 90));
-    parser.registerPrefix(std::make_unique<SquareSetHandler<LightNode>>(parser, TokenKind::KwLight, 90));
+        std::make_unique<SquareSetHandler<ColortypeNode>>(parser, TokenKind::KwColortype, squareOperand));
+    parser.registerPrefix(
+        std::make_unique<SquareSetHandler<TypeNode>>(parser, TokenKind::KwType, squareOperand));
+    parser.registerPrefix(
+        std::make_unique<SquareSetHandler<FileNode>>(parser, TokenKind::KwFile, squareOperand));
+    parser.registerPrefix(
+        std::make_unique<SquareSetHandler<RankNode>>(parser, TokenKind::KwRank, squareOperand));
+    parser.registerPrefix(
+        std::make_unique<SquareSetHandler<DarkNode>>(parser, TokenKind::KwDark, colourOperand));
+    parser.registerPrefix(
+        std::make_unique<SquareSetHandler<LightNode>>(parser, TokenKind::KwLight, colourOperand));
     for (const DirectionKeyword& keyword : directionKeywords)
         parser.registerPrefix(std::make_unique<DirectionHandler>(parser, keyword.kind, keyword.direction));
     parser.registerPrefix(std::make_unique<RayHandler<RayNode>>(parser, TokenKind::KwRay));

@@ -16,6 +16,11 @@ inline bool hasType(const ZMFNode& node, std::initializer_list<ValueType> types)
     return false;
 }
 
+// "The operand to the 'NAME' filter must be a TYPE filter"
+inline std::string operandMessage(std::string_view filterName, std::string_view typeWord) {
+    return joinPieces({"The operand to the '", filterName, "' filter must be a ", typeWord, " filter"});
+}
+
 // Builds a node at the token, lets the caller fill it, and ends it at the
 // last consumed token.
 template <class Node, class... Args>
@@ -30,10 +35,7 @@ std::unique_ptr<Node> makeNode(Parser& parser, const Token& token, Args&&... arg
 // again after an abandoned attempt (a range that did not fit, an operand
 // given back) gets its remark once.
 inline void reportExtension(Parser& parser, const Token& token, std::string_view filterName) {
-    // Built by append: GCC 12 at -O3 warns falsely about "literal" + std::string.
-    std::string text("The '");
-    text.append(filterName);
-    text.append("' filter is a ZMFi extension");
+    std::string text = joinPieces({"The '", filterName, "' filter is a ZMFi extension"});
     for (const Message& said : parser.messages().messages())
         if (said.level == MessageLevel::Info && said.location == token.begin && messageText(said) == text)
             return;

@@ -15,13 +15,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-std::string headerMessage(std::string_view before, std::string_view keyword, std::string_view after) {
-    std::string text(before);
-    text.append(keyword);
-    text.append(after);
-    return text;
-}
-
 // The value of a range endpoint, which parseRange keeps to integer
 // literals, possibly negated.
 std::int64_t endpointValue(const ZMFNode& node) {
@@ -122,21 +115,21 @@ private:
         }
         if (name.empty()) {
             parser.report(keyword.begin, MessageLevel::Error,
-                          headerMessage("Missing filename after '", keyword.text, "' keyword in zmf header"));
+                          joinPieces({"Missing filename after '", keyword.text, "' keyword in zmf header"}));
             return std::nullopt;
         }
         if (parser.secureMode)
             parser.report(keyword.begin, MessageLevel::Warning,
-                          headerMessage("'", keyword.text, "' parameter ignored in secure mode"));
+                          joinPieces({"'", keyword.text, "' parameter ignored in secure mode"}));
         return name;
     }
 
     bool parseRange(const Token& keyword, std::optional<HeaderRange>& into) {
         NodePtr range = parser.parseRange(false);
         if (!range) {
-            parser.report(keyword.begin, MessageLevel::Error,
-                          headerMessage("Expected constant range following '", keyword.text,
-                                        "' keyword in zmf header"));
+            parser.report(
+                keyword.begin, MessageLevel::Error,
+                joinPieces({"Expected constant range following '", keyword.text, "' keyword in zmf header"}));
             return false;
         }
         const auto& bounds = static_cast<const RangeNode&>(*range);
@@ -144,15 +137,15 @@ private:
         std::int64_t last = bounds.upper ? endpointValue(*bounds.upper) : first;
         if (first < 0 || last < 0) {
             parser.report(keyword.begin, MessageLevel::Error,
-                          headerMessage("Range following '", keyword.text,
-                                        "' keyword must consist of non-negative values"),
+                          joinPieces({"Range following '", keyword.text,
+                                      "' keyword must consist of non-negative values"}),
                           {Parser::spanOf(*range)});
             return false;
         }
         if (last < first) {
             parser.report(keyword.begin, MessageLevel::Error,
-                          headerMessage("Second value in range following '", keyword.text,
-                                        "' keyword may not be less than first value"),
+                          joinPieces({"Second value in range following '", keyword.text,
+                                      "' keyword may not be less than first value"}),
                           {Parser::spanOf(*range)});
             return false;
         }

@@ -154,13 +154,6 @@ void consume(Parser& parser, std::size_t tokens) {
     for (std::size_t i = 0; i < tokens; ++i) parser.nextToken();
 }
 
-std::string commandMessage(std::string_view word, std::string_view after) {
-    std::string text("Command '");
-    text.append(word);
-    text.append(after);
-    return text;
-}
-
 bool isAwardWord(std::string_view word) {
     auto found = hhdbCommands().find(word);
     return found != hhdbCommands().end() && found->second.code == hhdbAwardCode;
@@ -183,12 +176,13 @@ public:
         auto found = hhdbCommands().find(word.text);
         if (word.tokens == 0 || found == hhdbCommands().end()) {
             parser.report(first.begin, MessageLevel::Error,
-                          commandMessage(word.text, "' is not a valid hhdb command"));
+                          joinPieces({"Command '", word.text, "' is not a valid hhdb command"}));
             return nullptr;
         }
         if (word.quoted && !found->second.quotable) {
-            parser.report(first.begin, MessageLevel::Error,
-                          commandMessage(word.text, "' for 'hhdb' filter must not be enclosed with quotes"));
+            parser.report(
+                first.begin, MessageLevel::Error,
+                joinPieces({"Command '", word.text, "' for 'hhdb' filter must not be enclosed with quotes"}));
             return nullptr;
         }
         consume(parser, word.tokens);

@@ -16,9 +16,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// A designator is read above every operator: nothing may continue it.
-constexpr std::uint64_t designatorPower = 120;
-
 // Reads a token that must come next, with the frame's message otherwise.
 bool expect(Parser& parser, TokenKind kind) {
     Token next = parser.peekToken();
@@ -30,9 +27,7 @@ bool expect(Parser& parser, TokenKind kind) {
         parser.report(next.begin, MessageLevel::Error, "Unexpected end of file");
         return false;
     }
-    std::string text("Unexpected token: '");
-    text.append(next.text).append("'");
-    parser.report(next.begin, MessageLevel::Error, text);
+    parser.report(next.begin, MessageLevel::Error, joinPieces({"Unexpected token: '", next.text, "'"}));
     return false;
 }
 
@@ -83,7 +78,7 @@ private:
     NodePtr piece(const Token& keyword) {
         Token start = parser.nextToken();
         if (!expectDesignator()) return nullptr;
-        NodePtr operand = parser.parseExpression(designatorPower);
+        NodePtr operand = parser.parseExpression(pieceParameter);
         if (!operand) return nullptr;
         std::optional<Piece> code = onePiece(*operand);
         if (!code) {

@@ -14,18 +14,9 @@ namespace {
 // True, after the report, when secure mode forbids the filter.
 bool refusedInSecureMode(Parser& parser, const Token& token) {
     if (!parser.secureMode) return false;
-    std::string text("The filter '");
-    text.append(token.text);
-    text.append("' may not be used in secure mode");
-    parser.report(token.begin, MessageLevel::Error, text);
+    parser.report(token.begin, MessageLevel::Error,
+                  joinPieces({"The filter '", token.text, "' may not be used in secure mode"}));
     return true;
-}
-
-std::string withName(std::string_view before, std::string_view name, std::string_view after) {
-    std::string text(before);
-    text.append(name);
-    text.append(after);
-    return text;
 }
 
 // readfile T
@@ -34,7 +25,7 @@ public:
     ReadfileHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwReadfile) {}
     NodePtr parse(const Token& token) override {
         if (refusedInSecureMode(parser, token)) return nullptr;
-        NodePtr operand = parser.parseExpression(48);
+        NodePtr operand = parser.parseExpression(cardinalityOperand);
         if (!operand) return nullptr;
         if (operand->valueType != ValueType::String) {
             parser.reportOperand(token, *operand,
@@ -55,7 +46,7 @@ public:
         if (noclobber) remarkNoclobber(parser.nextToken());
         if (parser.peekToken().kind != TokenKind::LeftParen) {
             parser.report(token.begin, MessageLevel::Error,
-                          withName("Missing opening parenthesis after '", token.text, "'"));
+                          joinPieces({"Missing opening parenthesis after '", token.text, "'"}));
             return nullptr;
         }
         parser.nextToken();
@@ -65,7 +56,7 @@ public:
         if (!text) return nullptr;
         if (parser.peekToken().kind != TokenKind::RightParen) {
             parser.report(token.begin, MessageLevel::Error,
-                          withName("Missing closing parenthesis for '", token.text, "'"));
+                          joinPieces({"Missing closing parenthesis for '", token.text, "'"}));
             return nullptr;
         }
         parser.nextToken();
@@ -78,7 +69,7 @@ private:
         if (!argument) return nullptr;
         if (argument->valueType != ValueType::String) {
             parser.reportOperand(token, *argument,
-                                 withName(message, token.text, "' filter must be a string filter"));
+                                 joinPieces({message, token.text, "' filter must be a string filter"}));
             return nullptr;
         }
         return argument;

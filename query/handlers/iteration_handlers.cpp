@@ -15,9 +15,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// The power from which a loop reads what it walks over.
-constexpr std::uint64_t sourcePower = 60;
-
 NodePtr fail(Parser& parser, const Token& at, std::string_view text, std::vector<SourceSpan> spans = {}) {
     parser.report(at.begin, MessageLevel::Error, text, std::move(spans));
     return nullptr;
@@ -71,7 +68,7 @@ public:
         }
         parser.nextToken();
 
-        NodePtr set = parser.parseExpression(sourcePower);
+        NodePtr set = parser.parseExpression(squareOperand);
         if (!set) return nullptr;
         if (set->valueType != ValueType::Set) {
             parser.reportOperand(token, *set,
@@ -97,7 +94,7 @@ private:
                         "Non-piece variable cannot be used as target of assignment in piece filter",
                         {SourceSpan{name.begin, name.end}});
         // Read like the right side of `=`.
-        NodePtr value = parser.parseExpression(15);
+        NodePtr value = parser.parseExpression(infixPrecedence(TokenKind::Assign));
         if (!value) return nullptr;
         if (value->valueType != ValueType::Set) {
             parser.reportOperand(token, *value,
@@ -123,7 +120,7 @@ public:
         if (parser.nextToken().kind != TokenKind::KwIn)
             return fail(parser, token, "Expected 'in' keyword after variable in 'square' filter");
 
-        NodePtr set = parser.parseExpression(sourcePower);
+        NodePtr set = parser.parseExpression(squareOperand);
         if (!set) return nullptr;
         if (set->valueType != ValueType::Set) {
             parser.reportOperand(token, *set,
@@ -149,7 +146,7 @@ public:
         if (parser.nextToken().kind != TokenKind::KwIn)
             return fail(parser, token, "Expected 'in' keyword after variable in 'string'");
 
-        NodePtr source = parser.parseExpression(sourcePower);
+        NodePtr source = parser.parseExpression(squareOperand);
         if (!source) return nullptr;
         if (source->valueType == ValueType::String) {
             LoopBody loop = parseLoopBody(parser, name.text, ValueType::String);

@@ -11,8 +11,7 @@ namespace {
 template <class Node>
 class LogicalOperatorHandler : public InfixHandler {
 public:
-    LogicalOperatorHandler(Parser& parser, TokenKind kind, std::uint64_t precedence)
-        : InfixHandler(parser, kind, precedence, false) {}
+    LogicalOperatorHandler(Parser& parser, TokenKind kind) : InfixHandler(parser, kind) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         NodePtr right = parser.parseExpression(precedence);
@@ -26,7 +25,7 @@ class NotHandler : public PrefixHandler {
 public:
     NotHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwNot) {}
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(30);
+        NodePtr operand = parser.parseExpression(notOperand);
         if (!operand) return nullptr;
         return makeNode<NotNode>(parser, token, std::move(operand));
     }
@@ -35,8 +34,8 @@ public:
 }  // namespace
 
 void registerLogicalHandlers(Parser& parser) {
-    parser.registerInfix(std::make_unique<LogicalOperatorHandler<OrNode>>(parser, TokenKind::KwOr, 20));
-    parser.registerInfix(std::make_unique<LogicalOperatorHandler<AndNode>>(parser, TokenKind::KwAnd, 25));
+    parser.registerInfix(std::make_unique<LogicalOperatorHandler<OrNode>>(parser, TokenKind::KwOr));
+    parser.registerInfix(std::make_unique<LogicalOperatorHandler<AndNode>>(parser, TokenKind::KwAnd));
     parser.registerPrefix(std::make_unique<NotHandler>(parser));
 }
 

@@ -16,11 +16,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// The minimums from which the operands of the move parameters are read: the
-// sets below the attack operators, the designators above every operator.
-constexpr std::uint64_t setParameterPower = 85;
-constexpr std::uint64_t pieceParameterPower = 120;
-
 // The piece letters proper, without A, a and _.
 constexpr std::uint16_t pieceTypeBits = 0x0FFF;
 constexpr std::uint16_t anyColourBits = (1u << anyWhitePieceBit) | (1u << anyBlackPieceBit);
@@ -48,7 +43,7 @@ struct ParameterOperand {
 // silently, so that the caller can name the parameter that lacks it instead
 // of complaining about the token that follows. A failure further inside is
 // read once more aloud, to have it reported where it lies.
-ParameterOperand parseParameterOperand(Parser& parser, std::uint64_t power) {
+ParameterOperand parseParameterOperand(Parser& parser, BindingPower power) {
     Token first = parser.peekToken();
     if (first.kind == TokenKind::EndOfFile) return {nullptr, true};
     if (parser.errorReported()) return {parser.parseExpression(power), false};
@@ -67,9 +62,7 @@ ParameterOperand parseParameterOperand(Parser& parser, std::uint64_t power) {
 }
 
 std::string quoted(std::string_view before, std::string_view name, std::string_view after) {
-    std::string text(before);
-    text.append("'").append(name).append("'").append(after);
-    return text;
+    return joinPieces({before, "'", name, "'", after});
 }
 
 // The state of one move filter while its parameters are read.
@@ -174,7 +167,7 @@ private:
         if (field == &MoveNode::enpassantsquare && node_->enpassant)
             return fail(parser_, keyword,
                         "Cannot use both 'enpassantsquare' and 'enpassant' in a 'move' filter");
-        ParameterOperand operand = parseParameterOperand(parser_, setParameterPower);
+        ParameterOperand operand = parseParameterOperand(parser_, pinParameter);
         if (operand.missing)
             return fail(parser_, keyword,
                         quoted("Missing argument to ", name, " specification of 'move' filter"));
@@ -197,7 +190,7 @@ private:
                  quoted("Missing piece designator for ", name, " specification of 'move' filter"));
             return nullptr;
         }
-        NodePtr operand = parser_.parseExpression(pieceParameterPower);
+        NodePtr operand = parser_.parseExpression(pieceParameter);
         if (!operand) return nullptr;
         if (operand->kind != NodeKind::PieceDesignator) {
             fail(parser_, keyword,
@@ -352,7 +345,7 @@ private:
         remark(parser_, colon.begin, "Speculative 'move' filter is a ZMFi extension");
         if (node_->source == MoveSource::Previous)
             return fail(parser_, colon, "Speculative 'move' filter cannot be used with 'previous'");
-        ParameterOperand body = parseParameterOperand(parser_, setParameterPower);
+        ParameterOperand body = parseParameterOperand(parser_, pinParameter);
         if (body.missing) return fail(parser_, colon, "Missing filter argument to speculative 'move' filter");
         node_->speculativeBody = std::move(body.node);
         return node_->speculativeBody != nullptr;

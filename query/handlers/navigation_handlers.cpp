@@ -12,28 +12,16 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr std::uint64_t positionOperandPower = 45;
-constexpr std::uint64_t findBodyPower = 15;
-
 NodePtr fail(Parser& parser, const Token& at, std::string_view text) {
     parser.report(at.begin, MessageLevel::Error, text);
     return nullptr;
-}
-
-// Built by append: GCC 12 at -O3 warns falsely about "literal" + std::string.
-std::string filterMessage(std::string_view before, std::string_view name, std::string_view after) {
-    std::string text(before);
-    text.append(name).append(after);
-    return text;
 }
 
 // An operand of the wrong type is reported with its text underlined.
 bool checkOperand(Parser& parser, const Token& token, const ZMFNode& operand, ValueType wanted,
                   std::string_view name, std::string_view typeWord) {
     if (operand.valueType == wanted) return true;
-    std::string text = filterMessage("The operand to the '", name, "' filter must be a ");
-    text.append(typeWord).append(" filter");
-    parser.reportOperand(token, operand, text);
+    parser.reportOperand(token, operand, operandMessage(name, typeWord));
     return false;
 }
 
@@ -46,7 +34,7 @@ public:
 
     NodePtr parse(const Token& token) override {
         if (parser.peekToken().kind != TokenKind::LeftParen)
-            return fail(parser, token, filterMessage("Missing open parenthesis after '", name_, "' filter"));
+            return fail(parser, token, joinPieces({"Missing open parenthesis after '", name_, "' filter"}));
         parser.nextToken();
         NodePtr left = parser.parseExpression(0);
         if (!left) return nullptr;
@@ -57,7 +45,7 @@ public:
         if (!checkOperand(parser, token, *right, ValueType::Position, name_, "position")) return nullptr;
         if (parser.peekToken().kind != TokenKind::RightParen)
             return fail(parser, token,
-                        filterMessage("Missing closing parenthesis after '", name_, "' filter"));
+                        joinPieces({"Missing closing parenthesis after '", name_, "' filter"}));
         parser.nextToken();
         return makeNode<Node>(parser, token, std::move(left), std::move(right));
     }
@@ -95,7 +83,7 @@ public:
     PositionHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwPosition) {}
 
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(positionOperandPower);
+        NodePtr operand = parser.parseExpression(absOperand);
         if (!operand) return nullptr;
         if (!checkOperand(parser, token, *operand, ValueType::Numeric, "position", "numeric")) return nullptr;
         return makeNode<PositionNode>(parser, token, std::move(operand));
@@ -142,7 +130,7 @@ public:
         if (all && range)
             return fail(parser, token,
                         "Cannot use 'all' and a range with 'find' filter, use one or the other");
-        NodePtr body = parser.parseExpression(findBodyPower);
+        NodePtr body = parser.parseExpression(findBody);
         if (!body) return nullptr;
         return makeNode<FindNode>(parser, token, std::move(body), std::move(range), reverse, all, quiet);
     }

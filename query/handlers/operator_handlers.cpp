@@ -12,7 +12,7 @@ namespace {
 // S in S | T in T
 class InHandler : public InfixHandler {
 public:
-    InHandler(Parser& parser) : InfixHandler(parser, TokenKind::KwIn, 35, false) {}
+    InHandler(Parser& parser) : InfixHandler(parser, TokenKind::KwIn) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         convertPieceToSet(left);
@@ -36,14 +36,12 @@ public:
 // P : F
 class ColonHandler : public InfixHandler {
 public:
-    ColonHandler(Parser& parser) : InfixHandler(parser, TokenKind::Colon, 105, true) {}
+    ColonHandler(Parser& parser) : InfixHandler(parser, TokenKind::Colon) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (left->valueType != ValueType::Position) {
-            std::string text("Left operand to operator '");
-            text.append(token.text);
-            text.append("' must be a position filter");
-            parser.deferTypeError(std::move(text), *left);
+            parser.deferTypeError(
+                joinPieces({"Left operand to operator '", token.text, "' must be a position filter"}), *left);
             return std::move(left);
         }
         NodePtr right = parser.parseExpression(precedence);
@@ -58,7 +56,7 @@ public:
     IdentityHandler(Parser& parser) : PrefixHandler(parser, TokenKind::Backquote) {}
     NodePtr parse(const Token& token) override {
         reportExtension(parser, token, "`");
-        NodePtr operand = parser.parseExpression(110);
+        NodePtr operand = parser.parseExpression(backquoteOperand);
         if (!operand) return nullptr;
         return makeNode<IdentityNode>(parser, token, std::move(operand));
     }

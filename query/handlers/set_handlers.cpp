@@ -11,7 +11,7 @@ namespace {
 // S & S | P & P
 class BitAndHandler : public InfixHandler {
 public:
-    BitAndHandler(Parser& parser) : InfixHandler(parser, TokenKind::BitAnd, 70, false) {}
+    BitAndHandler(Parser& parser) : InfixHandler(parser, TokenKind::BitAnd) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         convertPieceToSet(left);
@@ -40,7 +40,7 @@ public:
 // S | S
 class BitOrHandler : public InfixHandler {
 public:
-    BitOrHandler(Parser& parser) : InfixHandler(parser, TokenKind::BitOr, 65, false) {}
+    BitOrHandler(Parser& parser) : InfixHandler(parser, TokenKind::BitOr) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         convertPieceToSet(left);
@@ -64,7 +64,7 @@ class BitComplementHandler : public PrefixHandler {
 public:
     BitComplementHandler(Parser& parser) : PrefixHandler(parser, TokenKind::Tilde) {}
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(75);
+        NodePtr operand = parser.parseExpression(complementOperand);
         if (!operand) return nullptr;
         convertPieceToSet(operand);
         if (operand->valueType != ValueType::Set) {
@@ -81,7 +81,7 @@ class CardinalityHandler : public PrefixHandler {
 public:
     CardinalityHandler(Parser& parser) : PrefixHandler(parser, TokenKind::Hash) {}
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(48);
+        NodePtr operand = parser.parseExpression(cardinalityOperand);
         if (!operand) return nullptr;
         convertPieceToSet(operand);
         if (!hasType(*operand, {ValueType::Set, ValueType::String, ValueType::Dictionary})) {

@@ -12,7 +12,7 @@ namespace {
 // T [ N ] | T [ N? : N? ] | D [ T ], each perhaps followed by = T
 class SliceHandler : public InfixHandler {
 public:
-    SliceHandler(Parser& parser) : InfixHandler(parser, TokenKind::LeftBracket, 100, false) {}
+    SliceHandler(Parser& parser) : InfixHandler(parser, TokenKind::LeftBracket) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (left->valueType == ValueType::Dictionary) return parseMember(left, token);
@@ -85,11 +85,11 @@ private:
         return index;
     }
 
-    // An `=` behind a subscript assigns into it, its value read at 45.
+    // An `=` behind a subscript assigns into it.
     NodePtr assignInto(NodePtr target, const char* wrongValue) {
         if (parser.peekToken().kind != TokenKind::Assign) return target;
         Token assign = parser.nextToken();
-        NodePtr value = parser.parseExpression(45);
+        NodePtr value = parser.parseExpression(subscriptValue);
         if (!value) return nullptr;
         if (value->valueType != ValueType::String) {
             parser.reportOperand(assign, *value, wrongValue);

@@ -110,14 +110,13 @@ bool matchesEmptyText(const icu::RegexPattern& pattern) {
 // T ~~ "pattern"
 class PatternMatchHandler : public InfixHandler {
 public:
-    PatternMatchHandler(Parser& parser) : InfixHandler(parser, TokenKind::PatternMatch, 95, false) {}
+    PatternMatchHandler(Parser& parser) : InfixHandler(parser, TokenKind::PatternMatch) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (left->valueType != ValueType::String) {
-            std::string text("Left operand to binary operator '");
-            text.append(token.text);
-            text.append("' must be a string filter");
-            parser.deferTypeError(std::move(text), *left);
+            parser.deferTypeError(
+                joinPieces({"Left operand to binary operator '", token.text, "' must be a string filter"}),
+                *left);
             return std::move(left);
         }
         NodePtr right = parser.parseExpression(precedence);

@@ -139,7 +139,7 @@ public:
     }
 };
 
-// tag T | removetag T, the name read at 110
+// tag T | removetag T
 template <class Node>
 class TagNameHandler : public PrefixHandler {
 public:
@@ -147,13 +147,10 @@ public:
         : PrefixHandler(parser, kind), extension_(extension) {}
     NodePtr parse(const Token& token) override {
         if (extension_) reportExtension(parser, token, token.text);
-        NodePtr operand = parser.parseExpression(110);
+        NodePtr operand = parser.parseExpression(backquoteOperand);
         if (!operand) return nullptr;
         if (operand->valueType != ValueType::String) {
-            std::string text("The operand to the '");
-            text.append(token.text);
-            text.append("' filter must be a string filter");
-            parser.reportOperand(token, *operand, text);
+            parser.reportOperand(token, *operand, operandMessage(token.text, "string"));
             return nullptr;
         }
         return makeNode<Node>(parser, token, std::move(operand));

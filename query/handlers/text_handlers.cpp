@@ -11,15 +11,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-std::string operandMessage(std::string_view name, std::string_view type) {
-    std::string text("The operand to the '");
-    text.append(name);
-    text.append("' filter must be a ");
-    text.append(type);
-    text.append(" filter");
-    return text;
-}
-
 // One argument of comment or message. A tag filter inside does not take
 // the string literal that follows it, which is the next argument instead.
 NodePtr parseTextArgument(Parser& parser) {
@@ -41,10 +32,8 @@ std::vector<NodePtr> parseTextArguments(Parser& parser, const Token& token) {
     }
     parser.nextToken();
     if (parser.peekToken().kind == TokenKind::RightParen) {
-        std::string text("No argument specified for '");
-        text.append(token.text);
-        text.append("' filter");
-        parser.report(token.begin, MessageLevel::Error, text);
+        parser.report(token.begin, MessageLevel::Error,
+                      joinPieces({"No argument specified for '", token.text, "' filter"}));
         return arguments;
     }
     while (parser.peekToken().kind != TokenKind::RightParen) {
@@ -118,7 +107,7 @@ public:
 template <class Node>
 class OneOperandHandler : public PrefixHandler {
 public:
-    OneOperandHandler(Parser& parser, TokenKind kind, std::uint64_t power, ValueType type,
+    OneOperandHandler(Parser& parser, TokenKind kind, BindingPower power, ValueType type,
                       std::string_view typeName)
         : PrefixHandler(parser, kind), power_(power), type_(type), typeName_(typeName) {}
     NodePtr parse(const Token& token) override {
@@ -132,7 +121,7 @@ public:
     }
 
 private:
-    std::uint64_t power_;
+    BindingPower power_;
     ValueType type_;
     std::string_view typeName_;
 };
@@ -142,7 +131,7 @@ class AsciiHandler : public PrefixHandler {
 public:
     AsciiHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwAscii) {}
     NodePtr parse(const Token& token) override {
-        NodePtr operand = parser.parseExpression(45);
+        NodePtr operand = parser.parseExpression(absOperand);
         if (!operand) return nullptr;
         if (!hasType(*operand, {ValueType::Numeric, ValueType::String})) {
             parser.reportOperand(token, *operand,
@@ -191,16 +180,16 @@ void registerTextHandlers(Parser& parser) {
     parser.registerPrefix(std::make_unique<StrHandler>(parser));
     parser.registerPrefix(std::make_unique<AsciiHandler>(parser));
     parser.registerPrefix(std::make_unique<IndexofHandler>(parser));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<LowerNode>>(parser, TokenKind::KwLowercase, 60,
-                                                                         ValueType::String, "string"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<UpperNode>>(parser, TokenKind::KwUppercase, 60,
-                                                                         ValueType::String, "string"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<IntNode>>(parser, TokenKind::KwInt, 48,
-                                                                       ValueType::String, "string"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<SqrtNode>>(parser, TokenKind::KwSqrt, 45,
+    parser.registerPrefix(std::make_unique<OneOperandHandler<LowerNode>>(
+        parser, TokenKind::KwLowercase, squareOperand, ValueType::String, "string"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<UpperNode>>(
+        parser, TokenKind::KwUppercase, squareOperand, ValueType::String, "string"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<IntNode>>(
+        parser, TokenKind::KwInt, cardinalityOperand, ValueType::String, "string"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<SqrtNode>>(parser, TokenKind::KwSqrt, absOperand,
                                                                         ValueType::Numeric, "numeric"));
-    parser.registerPrefix(std::make_unique<OneOperandHandler<PowerNode>>(parser, TokenKind::KwPower, 60,
-                                                                         ValueType::Set, "set"));
+    parser.registerPrefix(std::make_unique<OneOperandHandler<PowerNode>>(
+        parser, TokenKind::KwPower, squareOperand, ValueType::Set, "set"));
 }
 
 }  // namespace tarnfold::zmf

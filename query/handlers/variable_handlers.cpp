@@ -33,8 +33,7 @@ public:
 // V op F, for = =? += -= *= /= %= |= &=
 class AssignHandler : public InfixHandler {
 public:
-    AssignHandler(Parser& parser, TokenKind kind, std::uint64_t precedence)
-        : InfixHandler(parser, kind, precedence, false) {}
+    AssignHandler(Parser& parser, TokenKind kind) : InfixHandler(parser, kind) {}
 
     NodePtr parse(NodePtr& left, const Token& token) override {
         if (left->kind != NodeKind::Identifier) {
@@ -111,11 +110,11 @@ private:
 
 void registerVariableHandlers(Parser& parser) {
     parser.registerPrefix(std::make_unique<IdentifierHandler>(parser));
-    parser.registerInfix(std::make_unique<AssignHandler>(parser, TokenKind::Assign, 15));
+    parser.registerInfix(std::make_unique<AssignHandler>(parser, TokenKind::Assign));
     for (TokenKind kind : {TokenKind::ConditionalAssign, TokenKind::DivideAssign, TokenKind::SubtractAssign,
                            TokenKind::ModulusAssign, TokenKind::AddAssign, TokenKind::MultiplyAssign,
                            TokenKind::OrAssign, TokenKind::AndAssign})
-        parser.registerInfix(std::make_unique<AssignHandler>(parser, kind, 45));
+        parser.registerInfix(std::make_unique<AssignHandler>(parser, kind));
 }
 
 }  // namespace tarnfold::zmf

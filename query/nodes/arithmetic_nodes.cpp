@@ -4,23 +4,12 @@
 
 namespace tarnfold::zmf {
 
-namespace {
-
-constexpr BindingPower additivePower = 50;
-constexpr BindingPower multiplicativePower = 55;
-constexpr BindingPower absOperandPower = 45;
-constexpr BindingPower negateOperandPower = 110;
-
-}  // namespace
-
 AddNode::AddNode(OptionalOffset location, NodePtr left, NodePtr right)
     : ZMFNode(kind, left->valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
-void AddNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "+", *right, additivePower, false);
-}
+void AddNode::print(PrintTarget& target) const { printInfix(target, *left, "+", *right, TokenKind::Plus); }
 
 void AddNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "AddOperator", {left.get(), right.get()});
@@ -34,7 +23,7 @@ SubtractNode::SubtractNode(OptionalOffset location, NodePtr left, NodePtr right)
 }
 
 void SubtractNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "-", *right, additivePower, false);
+    printInfix(target, *left, "-", *right, TokenKind::Minus);
 }
 
 void SubtractNode::dump(DumpTarget& target, bool isLast) const {
@@ -49,7 +38,7 @@ MultiplyNode::MultiplyNode(OptionalOffset location, NodePtr left, NodePtr right)
 }
 
 void MultiplyNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "*", *right, multiplicativePower, false);
+    printInfix(target, *left, "*", *right, TokenKind::Star);
 }
 
 void MultiplyNode::dump(DumpTarget& target, bool isLast) const {
@@ -64,7 +53,7 @@ DivideNode::DivideNode(OptionalOffset location, NodePtr left, NodePtr right)
 }
 
 void DivideNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "/", *right, multiplicativePower, false);
+    printInfix(target, *left, "/", *right, TokenKind::Divide);
 }
 
 void DivideNode::dump(DumpTarget& target, bool isLast) const {
@@ -79,7 +68,7 @@ ModulusNode::ModulusNode(OptionalOffset location, NodePtr left, NodePtr right)
 }
 
 void ModulusNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "%", *right, multiplicativePower, false);
+    printInfix(target, *left, "%", *right, TokenKind::Modulus);
 }
 
 void ModulusNode::dump(DumpTarget& target, bool isLast) const {
@@ -91,7 +80,7 @@ NegateNode::NegateNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void NegateNode::print(PrintTarget& target) const { printPrefix(target, "-", *operand, negateOperandPower); }
+void NegateNode::print(PrintTarget& target) const { printPrefix(target, "-", *operand, backquoteOperand); }
 
 void NegateNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Negate", {operand.get()});
@@ -102,7 +91,7 @@ AbsNode::AbsNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void AbsNode::print(PrintTarget& target) const { printPrefix(target, "abs", *operand, absOperandPower); }
+void AbsNode::print(PrintTarget& target) const { printPrefix(target, "abs", *operand, absOperand); }
 
 void AbsNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Abs", {operand.get()});

@@ -4,19 +4,13 @@
 
 namespace tarnfold::zmf {
 
-namespace {
-
-constexpr BindingPower attackPower = 80;
-
-}  // namespace
-
 AttacksNode::AttacksNode(OptionalOffset location, NodePtr left, NodePtr right)
     : ZMFNode(kind, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
 void AttacksNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "attacks", *right, attackPower, false);
+    printInfix(target, *left, "attacks", *right, TokenKind::KwAttacks);
 }
 
 void AttacksNode::dump(DumpTarget& target, bool isLast) const {
@@ -32,7 +26,7 @@ AttackedByNode::AttackedByNode(OptionalOffset location, NodePtr left, NodePtr ri
 
 // Both spellings read back the same; the one-word form is the canonical one.
 void AttackedByNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "attackedby", *right, attackPower, false);
+    printInfix(target, *left, "attackedby", *right, TokenKind::KwAttackedby);
 }
 
 void AttackedByNode::dump(DumpTarget& target, bool isLast) const {

@@ -4,24 +4,14 @@
 
 namespace tarnfold::zmf {
 
-namespace {
-
-// All comparisons share one right-associative level.
-constexpr BindingPower comparisonPower = 40;
-
-void printComparison(PrintTarget& target, const NodePtr& left, std::string_view spelling,
-                     const NodePtr& right) {
-    printInfix(target, *left, spelling, *right, comparisonPower, true);
-}
-
-}  // namespace
-
 EqualToNode::EqualToNode(OptionalOffset location, NodePtr left, NodePtr right, ValueType valueType)
     : ZMFNode(kind, valueType, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
-void EqualToNode::print(PrintTarget& target) const { printComparison(target, left, "==", right); }
+void EqualToNode::print(PrintTarget& target) const {
+    printInfix(target, *left, "==", *right, TokenKind::Equal);
+}
 
 void EqualToNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "EqualToOperator", {left.get(), right.get()});
@@ -32,7 +22,9 @@ NotEqualNode::NotEqualNode(OptionalOffset location, NodePtr left, NodePtr right,
     spanOperands(*this, *this->left, *this->right);
 }
 
-void NotEqualNode::print(PrintTarget& target) const { printComparison(target, left, "!=", right); }
+void NotEqualNode::print(PrintTarget& target) const {
+    printInfix(target, *left, "!=", *right, TokenKind::NotEqual);
+}
 
 void NotEqualNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "NotEqualOperator", {left.get(), right.get()});
@@ -43,7 +35,9 @@ LessThanNode::LessThanNode(OptionalOffset location, NodePtr left, NodePtr right,
     spanOperands(*this, *this->left, *this->right);
 }
 
-void LessThanNode::print(PrintTarget& target) const { printComparison(target, left, "<", right); }
+void LessThanNode::print(PrintTarget& target) const {
+    printInfix(target, *left, "<", *right, TokenKind::Less);
+}
 
 void LessThanNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "LessThanOperator", {left.get(), right.get()});
@@ -54,7 +48,9 @@ LessEqualNode::LessEqualNode(OptionalOffset location, NodePtr left, NodePtr righ
     spanOperands(*this, *this->left, *this->right);
 }
 
-void LessEqualNode::print(PrintTarget& target) const { printComparison(target, left, "<=", right); }
+void LessEqualNode::print(PrintTarget& target) const {
+    printInfix(target, *left, "<=", *right, TokenKind::LessEqual);
+}
 
 void LessEqualNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "LessEqualOperator", {left.get(), right.get()});
@@ -65,7 +61,9 @@ GreaterThanNode::GreaterThanNode(OptionalOffset location, NodePtr left, NodePtr 
     spanOperands(*this, *this->left, *this->right);
 }
 
-void GreaterThanNode::print(PrintTarget& target) const { printComparison(target, left, ">", right); }
+void GreaterThanNode::print(PrintTarget& target) const {
+    printInfix(target, *left, ">", *right, TokenKind::Greater);
+}
 
 void GreaterThanNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "GreaterThanOperator", {left.get(), right.get()});
@@ -76,7 +74,9 @@ GreaterEqualNode::GreaterEqualNode(OptionalOffset location, NodePtr left, NodePt
     spanOperands(*this, *this->left, *this->right);
 }
 
-void GreaterEqualNode::print(PrintTarget& target) const { printComparison(target, left, ">=", right); }
+void GreaterEqualNode::print(PrintTarget& target) const {
+    printInfix(target, *left, ">=", *right, TokenKind::GreaterEqual);
+}
 
 void GreaterEqualNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "GreaterEqualOperator", {left.get(), right.get()});

@@ -12,12 +12,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr BindingPower squareOperandPower = 60;  // between, colortype, type, file, rank, pieceid
-constexpr BindingPower colourOperandPower = 90;  // dark, light
-constexpr BindingPower directionOperandPower = 0;
-constexpr BindingPower makesquareOperandPower = 45;
-constexpr BindingPower pinOperandPower = 85;
-
 // "keyword (a b ...)", each argument read with `power` as its minimum. An
 // argument whose text starts with a minus is parenthesised unless it comes
 // first: the minus would otherwise subtract it from the argument before.
@@ -89,7 +83,7 @@ BetweenNode::BetweenNode(OptionalOffset location, NodePtr left, NodePtr right)
     : ZMFNode(kind, ValueType::Set, location), left(std::move(left)), right(std::move(right)) {}
 
 void BetweenNode::print(PrintTarget& target) const {
-    printArguments(target, "between", {left.get(), right.get()}, squareOperandPower);
+    printArguments(target, "between", {left.get(), right.get()}, squareOperand);
 }
 
 void BetweenNode::dump(DumpTarget& target, bool isLast) const {
@@ -102,7 +96,7 @@ ColortypeNode::ColortypeNode(OptionalOffset location, NodePtr operand)
 }
 
 void ColortypeNode::print(PrintTarget& target) const {
-    printPrefix(target, "colortype", *operand, squareOperandPower);
+    printPrefix(target, "colortype", *operand, squareOperand);
 }
 
 void ColortypeNode::dump(DumpTarget& target, bool isLast) const {
@@ -114,7 +108,7 @@ TypeNode::TypeNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void TypeNode::print(PrintTarget& target) const { printPrefix(target, "type", *operand, squareOperandPower); }
+void TypeNode::print(PrintTarget& target) const { printPrefix(target, "type", *operand, squareOperand); }
 
 void TypeNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Type", {operand.get()});
@@ -125,7 +119,7 @@ DarkNode::DarkNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void DarkNode::print(PrintTarget& target) const { printPrefix(target, "dark", *operand, colourOperandPower); }
+void DarkNode::print(PrintTarget& target) const { printPrefix(target, "dark", *operand, colourOperand); }
 
 void DarkNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Dark", {operand.get()});
@@ -136,9 +130,7 @@ LightNode::LightNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void LightNode::print(PrintTarget& target) const {
-    printPrefix(target, "light", *operand, colourOperandPower);
-}
+void LightNode::print(PrintTarget& target) const { printPrefix(target, "light", *operand, colourOperand); }
 
 void LightNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Light", {operand.get()});
@@ -149,7 +141,7 @@ FileNode::FileNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void FileNode::print(PrintTarget& target) const { printPrefix(target, "file", *operand, squareOperandPower); }
+void FileNode::print(PrintTarget& target) const { printPrefix(target, "file", *operand, squareOperand); }
 
 void FileNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "File", {operand.get()});
@@ -160,7 +152,7 @@ RankNode::RankNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void RankNode::print(PrintTarget& target) const { printPrefix(target, "rank", *operand, squareOperandPower); }
+void RankNode::print(PrintTarget& target) const { printPrefix(target, "rank", *operand, squareOperand); }
 
 void RankNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Rank", {operand.get()});
@@ -182,7 +174,7 @@ void DirectionNode::print(PrintTarget& target) const {
         range->print(inner);
         spelling.append(" ").append(inner.text());
     }
-    printPrefix(target, spelling, *operand, directionOperandPower);
+    printPrefix(target, spelling, *operand, 0);
 }
 
 void DirectionNode::dump(DumpTarget& target, bool isLast) const {
@@ -203,7 +195,7 @@ MakesquareNode::MakesquareNode(OptionalOffset location, NodePtr operand)
 
 void MakesquareNode::print(PrintTarget& target) const {
     if (operand)
-        printPrefix(target, "makesquare", *operand, makesquareOperandPower);
+        printPrefix(target, "makesquare", *operand, absOperand);
     else
         printArguments(target, "makesquare", {left.get(), right.get()}, 0);
 }
@@ -227,8 +219,8 @@ void PinNode::print(PrintTarget& target) const {
          {std::pair{"from", from.get()}, {"through", through.get()}, {"to", to.get()}}) {
         if (parameter->implicit) continue;
         target << " " << word << " ";
-        PrintedEnds operandEnds = printOperand(target, *parameter, pinOperandPower, 0);
-        ends = PrintedEnds{closedEnd, std::min(pinOperandPower, operandEnds.right)};
+        PrintedEnds operandEnds = printOperand(target, *parameter, pinParameter, 0);
+        ends = PrintedEnds{closedEnd, std::min(pinParameter, operandEnds.right)};
     }
     target.ends = ends;
 }
@@ -293,7 +285,7 @@ PieceidNode::PieceidNode(OptionalOffset location, NodePtr operand)
 }
 
 void PieceidNode::print(PrintTarget& target) const {
-    printPrefix(target, "pieceid", *operand, squareOperandPower);
+    printPrefix(target, "pieceid", *operand, squareOperand);
 }
 
 void PieceidNode::dump(DumpTarget& target, bool isLast) const {

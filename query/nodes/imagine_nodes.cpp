@@ -9,11 +9,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// The binding power of `:`, which follows the last specifier.
-constexpr BindingPower colonBindingPower = 106;
-// The binding power of the minus operator.
-constexpr BindingPower minusPower = 50;
-
 std::string_view sideWord(ImaginedSide side) {
     switch (side) {
         case ImaginedSide::White: return "white";
@@ -39,7 +34,7 @@ void printSpecifier(PrintTarget& target, const ZMFNode& specifier, BindingPower 
             printOperand(second, *swap.right, 0, following);
             bool secondIsNegative = !second.text().empty() && second.text().front() == '-';
             target << "swap ";
-            printOperand(target, *swap.left, 0, secondIsNegative ? minusPower : 0);
+            printOperand(target, *swap.left, 0, secondIsNegative ? bindingPower(TokenKind::Minus) : 0);
             target << " " << second.text();
             break;
         }
@@ -64,7 +59,9 @@ void ImagineNode::print(PrintTarget& target) const {
     target << "imagine";
     for (std::size_t i = 0; i < specifiers.size(); ++i) {
         target << " ";
-        printSpecifier(target, *specifiers[i], i + 1 == specifiers.size() ? colonBindingPower : 0);
+        // The `:` follows the last specifier.
+        printSpecifier(target, *specifiers[i],
+                       i + 1 == specifiers.size() ? bindingPower(TokenKind::Colon) : 0);
     }
     target << " : ";
     PrintedEnds ends = printOperand(target, *body, 0, 0);

@@ -5,19 +5,13 @@
 
 namespace tarnfold::zmf {
 
-namespace {
-
-constexpr BindingPower readfileOperandPower = 48;
-
-}  // namespace
-
 ReadfileNode::ReadfileNode(OptionalOffset location, NodePtr operand)
     : ZMFNode(kind, ValueType::String, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
 void ReadfileNode::print(PrintTarget& target) const {
-    printPrefix(target, "readfile", *operand, readfileOperandPower);
+    printPrefix(target, "readfile", *operand, cardinalityOperand);
 }
 
 void ReadfileNode::dump(DumpTarget& target, bool isLast) const {

@@ -8,20 +8,18 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// The binding power of the minus operator.
-constexpr BindingPower minusPower = 50;
-
-// "keyword all V in source body". The source is read at power 60 and the
-// body from power 0, so nothing behind the body can stay outside it.
+// "keyword all V in source body". The body is read from power 0, so
+// nothing behind it can stay outside it.
 void printLoop(PrintTarget& target, std::string_view keyword, bool all, const std::string& variable,
                const ZMFNode& source, const ZMFNode& body) {
     PrintTarget bodyText = target.sibling();
     printOperand(bodyText, body, 0, 0);
     // A body that starts with a minus would otherwise continue an operand
     // at the source's right edge as a subtraction.
-    BindingPower following = !bodyText.text().empty() && bodyText.text().front() == '-' ? minusPower : 0;
+    BindingPower following =
+        !bodyText.text().empty() && bodyText.text().front() == '-' ? bindingPower(TokenKind::Minus) : 0;
     target << keyword << " " << (all ? "all " : "") << variable << " in ";
-    printOperand(target, source, 60, following);
+    printOperand(target, source, squareOperand, following);
     target << " " << bodyText.text();
     target.ends = PrintedEnds{closedEnd, 0};
 }
@@ -63,10 +61,11 @@ PieceAssignNode::PieceAssignNode(OptionalOffset location, std::string variable, 
 }
 
 void PieceAssignNode::print(PrintTarget& target) const {
-    // The value is read like the right side of `=`, from power 15.
+    // The value is read like the right side of `=`.
+    constexpr BindingPower valuePower = infixPrecedence(TokenKind::Assign);
     target << "piece " << variable << " = ";
-    PrintedEnds ends = printOperand(target, *operand, 15, 0);
-    target.ends = PrintedEnds{closedEnd, std::min<BindingPower>(15, ends.right)};
+    PrintedEnds ends = printOperand(target, *operand, valuePower, 0);
+    target.ends = PrintedEnds{closedEnd, std::min(valuePower, ends.right)};
 }
 
 void PieceAssignNode::dump(DumpTarget& target, bool isLast) const {

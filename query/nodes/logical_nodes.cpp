@@ -4,20 +4,12 @@
 
 namespace tarnfold::zmf {
 
-namespace {
-
-constexpr BindingPower orPower = 20;
-constexpr BindingPower andPower = 25;
-constexpr BindingPower notOperandPower = 30;
-
-}  // namespace
-
 NotNode::NotNode(OptionalOffset location, NodePtr operand)
     : ZMFNode(kind, ValueType::Boolean, location), operand(std::move(operand)) {
     spanToOperand(*this, *this->operand);
 }
 
-void NotNode::print(PrintTarget& target) const { printPrefix(target, "not", *operand, notOperandPower); }
+void NotNode::print(PrintTarget& target) const { printPrefix(target, "not", *operand, notOperand); }
 
 void NotNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Not", {operand.get()});
@@ -28,7 +20,7 @@ AndNode::AndNode(OptionalOffset location, NodePtr left, NodePtr right)
     spanOperands(*this, *this->left, *this->right);
 }
 
-void AndNode::print(PrintTarget& target) const { printInfix(target, *left, "and", *right, andPower, false); }
+void AndNode::print(PrintTarget& target) const { printInfix(target, *left, "and", *right, TokenKind::KwAnd); }
 
 void AndNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "AndOperator", {left.get(), right.get()});
@@ -39,7 +31,7 @@ OrNode::OrNode(OptionalOffset location, NodePtr left, NodePtr right)
     spanOperands(*this, *this->left, *this->right);
 }
 
-void OrNode::print(PrintTarget& target) const { printInfix(target, *left, "or", *right, orPower, false); }
+void OrNode::print(PrintTarget& target) const { printInfix(target, *left, "or", *right, TokenKind::KwOr); }
 
 void OrNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "OrOperator", {left.get(), right.get()});

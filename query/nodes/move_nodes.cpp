@@ -11,13 +11,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// The minimums from which the parameters of `move` are read.
-constexpr BindingPower setParameterPower = 85;
-constexpr BindingPower pieceParameterPower = 120;
-constexpr BindingPower commentPower = 0;
-// The binding power of `:`, which introduces the speculative body.
-constexpr BindingPower colonBindingPower = 106;
-
 std::string_view sourceWord(MoveSource source) {
     switch (source) {
         case MoveSource::Previous: return "previous";
@@ -83,9 +76,9 @@ MoveNode::MoveNode(OptionalOffset location) : ZMFNode(kind, ValueType::Boolean, 
 void MoveNode::print(PrintTarget& target) const {
     std::vector<PrintedParameter> parameters;
     switch (resultKind) {
-        case MoveResultKind::From: addOperand(parameters, "from", from, setParameterPower); break;
-        case MoveResultKind::To: addOperand(parameters, "to", to, setParameterPower); break;
-        case MoveResultKind::Capture: addOperand(parameters, "capture", capture, setParameterPower); break;
+        case MoveResultKind::From: addOperand(parameters, "from", from, pinParameter); break;
+        case MoveResultKind::To: addOperand(parameters, "to", to, pinParameter); break;
+        case MoveResultKind::Capture: addOperand(parameters, "capture", capture, pinParameter); break;
         case MoveResultKind::Boolean: break;
     }
     addWord(parameters, sourceWord(source));
@@ -95,14 +88,15 @@ void MoveNode::print(PrintTarget& target) const {
     if (null) addWord(parameters, "null");
     if (reverse) addWord(parameters, "reverse");
     if (count) addWord(parameters, "count");
-    addOperand(parameters, "enpassantsquare", enpassantsquare, setParameterPower);
-    addOperand(parameters, "promote", promote, pieceParameterPower);
-    addOperand(parameters, "drop", drop, pieceParameterPower);
-    // The comment filter prints its own keyword.
-    addOperand(parameters, "", commentBody, commentPower);
-    if (resultKind != MoveResultKind::From) addOperand(parameters, "from", from, setParameterPower);
-    if (resultKind != MoveResultKind::To) addOperand(parameters, "to", to, setParameterPower);
-    if (resultKind != MoveResultKind::Capture) addOperand(parameters, "capture", capture, setParameterPower);
+    addOperand(parameters, "enpassantsquare", enpassantsquare, pinParameter);
+    addOperand(parameters, "promote", promote, pieceParameter);
+    addOperand(parameters, "drop", drop, pieceParameter);
+    // The comment filter prints its own keyword and reads its arguments
+    // within its parentheses.
+    addOperand(parameters, "", commentBody, 0);
+    if (resultKind != MoveResultKind::From) addOperand(parameters, "from", from, pinParameter);
+    if (resultKind != MoveResultKind::To) addOperand(parameters, "to", to, pinParameter);
+    if (resultKind != MoveResultKind::Capture) addOperand(parameters, "capture", capture, pinParameter);
 
     target << "move";
     BindingPower right = closedEnd;
@@ -112,16 +106,17 @@ void MoveNode::print(PrintTarget& target) const {
         right = closedEnd;
         if (!parameter.operand) continue;
         if (!parameter.keyword.empty()) target << " ";
-        // Only the `:` of a speculative body could continue an operand.
+        // Only the `:` that introduces a speculative body could continue an
+        // operand.
         bool beforeColon = speculativeBody && i + 1 == parameters.size();
-        PrintedEnds ends =
-            printOperand(target, *parameter.operand, parameter.power, beforeColon ? colonBindingPower : 0);
+        PrintedEnds ends = printOperand(target, *parameter.operand, parameter.power,
+                                        beforeColon ? bindingPower(TokenKind::Colon) : 0);
         right = std::min(parameter.power, ends.right);
     }
     if (speculativeBody) {
         target << " : ";
-        PrintedEnds ends = printOperand(target, *speculativeBody, setParameterPower, 0);
-        right = std::min(setParameterPower, ends.right);
+        PrintedEnds ends = printOperand(target, *speculativeBody, pinParameter, 0);
+        right = std::min(pinParameter, ends.right);
     }
     target.ends = PrintedEnds{closedEnd, right};
 }

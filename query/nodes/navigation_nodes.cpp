@@ -8,9 +8,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr BindingPower positionOperandPower = 45;
-constexpr BindingPower findBodyPower = 15;
-
 // "keyword(left, right)": both are read from power 0 inside the parentheses.
 void printPair(PrintTarget& target, std::string_view keyword, const ZMFNode& left, const ZMFNode& right) {
     target << keyword << "(";
@@ -188,9 +185,7 @@ PositionNode::PositionNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void PositionNode::print(PrintTarget& target) const {
-    printPrefix(target, "position", *operand, positionOperandPower);
-}
+void PositionNode::print(PrintTarget& target) const { printPrefix(target, "position", *operand, absOperand); }
 
 void PositionNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Position", {operand.get()});
@@ -256,8 +251,8 @@ void FindNode::print(PrintTarget& target) const {
         target.ends = PrintedEnds{};
         return;
     }
-    PrintedEnds ends = printOperand(target, *operand, findBodyPower, 0);
-    target.ends = PrintedEnds{closedEnd, std::min(findBodyPower, ends.right)};
+    PrintedEnds ends = printOperand(target, *operand, findBody, 0);
+    target.ends = PrintedEnds{closedEnd, std::min(findBody, ends.right)};
 }
 
 void FindNode::dump(DumpTarget& target, bool isLast) const {

@@ -4,20 +4,12 @@
 
 namespace tarnfold::zmf {
 
-namespace {
-
-constexpr BindingPower inPower = 35;
-constexpr BindingPower colonPower = 105;
-constexpr BindingPower identityOperandPower = 110;
-
-}  // namespace
-
 InNode::InNode(OptionalOffset location, NodePtr left, NodePtr right)
     : ZMFNode(kind, ValueType::Boolean, location), left(std::move(left)), right(std::move(right)) {
     spanOperands(*this, *this->left, *this->right);
 }
 
-void InNode::print(PrintTarget& target) const { printInfix(target, *left, "in", *right, inPower, false); }
+void InNode::print(PrintTarget& target) const { printInfix(target, *left, "in", *right, TokenKind::KwIn); }
 
 void InNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "InOperator", {left.get(), right.get()});
@@ -28,7 +20,7 @@ ColonNode::ColonNode(OptionalOffset location, NodePtr left, NodePtr right)
     spanOperands(*this, *this->left, *this->right);
 }
 
-void ColonNode::print(PrintTarget& target) const { printInfix(target, *left, ":", *right, colonPower, true); }
+void ColonNode::print(PrintTarget& target) const { printInfix(target, *left, ":", *right, TokenKind::Colon); }
 
 void ColonNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "ColonOperator", {left.get(), right.get()});
@@ -39,9 +31,7 @@ IdentityNode::IdentityNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void IdentityNode::print(PrintTarget& target) const {
-    printPrefix(target, "`", *operand, identityOperandPower);
-}
+void IdentityNode::print(PrintTarget& target) const { printPrefix(target, "`", *operand, backquoteOperand); }
 
 void IdentityNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Identity", {operand.get()});

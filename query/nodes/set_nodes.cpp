@@ -6,11 +6,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr BindingPower bitOrPower = 65;
-constexpr BindingPower bitAndPower = 70;
-constexpr BindingPower cardinalityOperandPower = 48;
-constexpr BindingPower complementOperandPower = 75;
-
 ValueType intersectionType(const ZMFNode& left, const ZMFNode& right) {
     bool positions = left.valueType == ValueType::Position && right.valueType == ValueType::Position;
     return positions ? ValueType::Position : ValueType::Set;
@@ -26,7 +21,7 @@ BitAndNode::BitAndNode(OptionalOffset location, NodePtr left, NodePtr right)
 }
 
 void BitAndNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "&", *right, bitAndPower, false);
+    printInfix(target, *left, "&", *right, TokenKind::BitAnd);
 }
 
 void BitAndNode::dump(DumpTarget& target, bool isLast) const {
@@ -38,9 +33,7 @@ BitOrNode::BitOrNode(OptionalOffset location, NodePtr left, NodePtr right)
     spanOperands(*this, *this->left, *this->right);
 }
 
-void BitOrNode::print(PrintTarget& target) const {
-    printInfix(target, *left, "|", *right, bitOrPower, false);
-}
+void BitOrNode::print(PrintTarget& target) const { printInfix(target, *left, "|", *right, TokenKind::BitOr); }
 
 void BitOrNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "BitOrOperator", {left.get(), right.get()});
@@ -52,7 +45,7 @@ BitComplementNode::BitComplementNode(OptionalOffset location, NodePtr operand)
 }
 
 void BitComplementNode::print(PrintTarget& target) const {
-    printPrefix(target, "~", *operand, complementOperandPower);
+    printPrefix(target, "~", *operand, complementOperand);
 }
 
 void BitComplementNode::dump(DumpTarget& target, bool isLast) const {
@@ -65,7 +58,7 @@ CardinalityNode::CardinalityNode(OptionalOffset location, NodePtr operand)
 }
 
 void CardinalityNode::print(PrintTarget& target) const {
-    printPrefix(target, "#", *operand, cardinalityOperandPower);
+    printPrefix(target, "#", *operand, cardinalityOperand);
 }
 
 void CardinalityNode::dump(DumpTarget& target, bool isLast) const {

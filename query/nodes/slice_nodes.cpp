@@ -6,8 +6,8 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// The subscripted operand binds as an operand of an operator at 100.
-constexpr BindingPower subscriptPower = 100;
+// The subscripted operand is read as an operand of the bracket.
+constexpr BindingPower subscriptPower = infixPrecedence(TokenKind::LeftBracket);
 
 void printSubscripted(PrintTarget& target, const ZMFNode& operand) {
     PrintedEnds ends = printOperand(target, operand, subscriptPower, subscriptPower + 1);

@@ -8,8 +8,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr BindingPower patternMatchPower = 95;
-
 // Strings have no escapes, so the text goes between the quotes as it is: a
 // literal cannot hold a quote, and a line break inside one is legal.
 std::string quoted(std::string_view text) {
@@ -107,7 +105,7 @@ PatternMatchNode::PatternMatchNode(OptionalOffset location, NodePtr left, std::s
 // The pattern is not a child node but a literal, which closes the text on
 // the right just as the literal's own print would.
 void PatternMatchNode::print(PrintTarget& target) const {
-    constexpr BindingPower binding = patternMatchPower;
+    constexpr BindingPower binding = bindingPower(TokenKind::PatternMatch);
     PrintedEnds leftEnds = printOperand(target, *left, 0, binding);
     target << " ~~ " << quoted(patternText);
     target.ends = PrintedEnds{std::min(binding, leftEnds.left), closedEnd};

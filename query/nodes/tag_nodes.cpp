@@ -9,8 +9,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr BindingPower tagOperandPower = 110;
-
 // A literal turns a reading filter into a test.
 ValueType readingType(const NodePtr& literal) { return literal ? ValueType::Boolean : ValueType::String; }
 
@@ -183,7 +181,7 @@ TagNode::TagNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void TagNode::print(PrintTarget& target) const { printPrefix(target, "tag", *operand, tagOperandPower); }
+void TagNode::print(PrintTarget& target) const { printPrefix(target, "tag", *operand, backquoteOperand); }
 
 void TagNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Tag", {operand.get()});
@@ -208,7 +206,7 @@ RemovetagNode::RemovetagNode(OptionalOffset location, NodePtr operand)
 }
 
 void RemovetagNode::print(PrintTarget& target) const {
-    printPrefix(target, "removetag", *operand, tagOperandPower);
+    printPrefix(target, "removetag", *operand, backquoteOperand);
 }
 
 void RemovetagNode::dump(DumpTarget& target, bool isLast) const {

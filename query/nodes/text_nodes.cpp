@@ -8,12 +8,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-constexpr BindingPower asciiOperandPower = 45;
-constexpr BindingPower sqrtOperandPower = 45;
-constexpr BindingPower intOperandPower = 48;
-constexpr BindingPower caseOperandPower = 60;
-constexpr BindingPower powerOperandPower = 60;
-
 // "keyword(a b c)": the arguments stand side by side as in braces, and the
 // parentheses close the text on both sides.
 void printArgumentList(PrintTarget& target, std::string_view keyword, const std::vector<NodePtr>& arguments) {
@@ -95,7 +89,7 @@ LowerNode::LowerNode(OptionalOffset location, NodePtr operand)
 }
 
 void LowerNode::print(PrintTarget& target) const {
-    printPrefix(target, "lowercase", *operand, caseOperandPower);
+    printPrefix(target, "lowercase", *operand, squareOperand);
 }
 
 void LowerNode::dump(DumpTarget& target, bool isLast) const {
@@ -108,7 +102,7 @@ UpperNode::UpperNode(OptionalOffset location, NodePtr operand)
 }
 
 void UpperNode::print(PrintTarget& target) const {
-    printPrefix(target, "uppercase", *operand, caseOperandPower);
+    printPrefix(target, "uppercase", *operand, squareOperand);
 }
 
 void UpperNode::dump(DumpTarget& target, bool isLast) const {
@@ -123,9 +117,7 @@ AsciiNode::AsciiNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void AsciiNode::print(PrintTarget& target) const {
-    printPrefix(target, "ascii", *operand, asciiOperandPower);
-}
+void AsciiNode::print(PrintTarget& target) const { printPrefix(target, "ascii", *operand, absOperand); }
 
 void AsciiNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast,
@@ -138,7 +130,7 @@ IntNode::IntNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void IntNode::print(PrintTarget& target) const { printPrefix(target, "int", *operand, intOperandPower); }
+void IntNode::print(PrintTarget& target) const { printPrefix(target, "int", *operand, cardinalityOperand); }
 
 void IntNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Int", {operand.get()});
@@ -149,7 +141,7 @@ SqrtNode::SqrtNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void SqrtNode::print(PrintTarget& target) const { printPrefix(target, "sqrt", *operand, sqrtOperandPower); }
+void SqrtNode::print(PrintTarget& target) const { printPrefix(target, "sqrt", *operand, absOperand); }
 
 void SqrtNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Sqrt", {operand.get()});
@@ -160,9 +152,7 @@ PowerNode::PowerNode(OptionalOffset location, NodePtr operand)
     spanToOperand(*this, *this->operand);
 }
 
-void PowerNode::print(PrintTarget& target) const {
-    printPrefix(target, "power", *operand, powerOperandPower);
-}
+void PowerNode::print(PrintTarget& target) const { printPrefix(target, "power", *operand, squareOperand); }
 
 void PowerNode::dump(DumpTarget& target, bool isLast) const {
     dumpNode(*this, target, isLast, "Power", {operand.get()});

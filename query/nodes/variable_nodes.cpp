@@ -25,10 +25,13 @@ AssignNode::AssignNode(OptionalOffset location, NodePtr target, NodePtr value, T
 }
 
 void AssignNode::print(PrintTarget& out) const {
-    // `=` binds at 15, the compound forms at 45, and so does an assignment
-    // into a subscript, whose value the bracket reads at 45.
+    // An `=` into a subscript reads its value as the bracket does, not as
+    // the operator of the table.
     bool subscript = target->kind == NodeKind::Slice || target->kind == NodeKind::DictionaryAccess;
-    printInfix(out, *target, spelling, *value, op == TokenKind::Assign && !subscript ? 15 : 45, false);
+    if (subscript)
+        printInfix(out, *target, spelling, *value, subscriptValue, false);
+    else
+        printInfix(out, *target, spelling, *value, op);
 }
 
 void AssignNode::dump(DumpTarget& out, bool isLast) const {

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "chess/notation.h"
-#include "driver/source/query_source.h"
 #include "engine/zmf_engine.h"
 #include "query/parser.h"
+#include "query/query_source.h"
 
 namespace tarnfold::zmf {
 namespace {

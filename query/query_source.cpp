@@ -1,4 +1,4 @@
-#include "driver/source/query_source.h"
+#include "query/query_source.h"
 
 #include <algorithm>
 

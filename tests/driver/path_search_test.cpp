@@ -1,4 +1,4 @@
-#include "driver/source/path_search.h"
+#include "driver/path_search.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
