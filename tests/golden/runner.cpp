@@ -6,7 +6,7 @@
 // case file instead, for a developer to review.
 //
 // The build defines ZMFI_VERSION_LINE, the line every start prints, made from
-// the project version.
+// the project version; and ZMFI_GOLDEN_FIXTURES, the folder of shared files.
 #include "case_file.h"
 
 #include <fcntl.h>
@@ -239,9 +239,11 @@ int run_case(const fs::path& zmfi, const fs::path& case_path, const fs::path& ro
     for (auto& s : c.sections) {
         if (s.kind == "stdout" || s.kind == "stderr" || s.kind == "output")
             s.content = replace_all(std::move(s.content), version_placeholder, version_line);
+        if (s.kind == "file" || s.kind == "fixture") fs::create_directories((scratch / s.path).parent_path());
         if (s.kind == "file") {
-            fs::create_directories((scratch / s.path).parent_path());
             write_file(scratch / s.path, s.content);
+        } else if (s.kind == "fixture") {
+            write_file(scratch / s.path, read_file(fs::path(ZMFI_GOLDEN_FIXTURES) / s.path));
         } else if (s.kind == "dir") {
             fs::create_directories(scratch / s.path);
         }
