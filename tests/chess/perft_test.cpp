@@ -129,11 +129,5 @@ TEST(MakeUnmake, RestoresTheBoardBitForBitAlongEveryPath) {
     }
 }
 
-TEST(MakeUnmake, StartPositionHasThePublishedBookKey) {
-    Board board;
-    board.setStartPosition();
-    EXPECT_EQ(board.key, 0x463B96181691FC9CULL);
-}
-
 }  // namespace
 }  // namespace tarnfold
