@@ -7,20 +7,6 @@
 namespace tarnfold {
 namespace {
 
-TEST(Board, ResetValues) {
-    Board board;
-    EXPECT_EQ(board.key, sideKey);
-    EXPECT_EQ(board.occupied, 0u);
-    EXPECT_EQ(board.nextPieceId, 1);
-    EXPECT_EQ(board.fullmoveNumber, 1u);
-    EXPECT_EQ(board.enPassantSquare, NoSquare);
-    // Slots 1 and 2 are crosswise to their bit meaning on purpose.
-    EXPECT_EQ(board.castlingRookSquare, (std::array<Square, 4>{H1, A1, H8, A8}));
-    EXPECT_EQ(board.kingHomeSquare, (std::array<Square, 2>{E1, E8}));
-    EXPECT_EQ(board.checksRemaining, (std::array<uint8_t, 2>{0, 0}));
-    EXPECT_EQ(Board(ThreeCheck).checksRemaining, (std::array<uint8_t, 2>{3, 3}));
-}
-
 TEST(Board, SetPieceKeepsEveryViewInStep) {
     Board board;
     board.setPiece(E4, WhiteKnight, 7, true);
@@ -148,46 +134,6 @@ TEST(BoardKeys, PocketsCountOnlyInCrazyhouse) {
     standard.addPocket(WhiteKnight);
     EXPECT_EQ(standard.key, sideKey);
     EXPECT_EQ(standard.fullKey(), sideKey);
-}
-
-TEST(VariantRules, SwitchTable) {
-    struct Case {
-        Variant variant;
-        const char* on;  // letters of the switches that are on, in their order
-        Bitboard goal;
-    };
-    // a hasPockets, b countsChecks, c mandatoryCapture, d kingsNotRoyal,
-    // e kingPromotion, f noCastling, g stalemateWins, h checkmateWins,
-    // i stalemateByCount, j bareWins, k kingsAdjacentSafe, l explosions,
-    // m noCheckGiving, n blackMayEqual
-    const Case cases[] = {
-        {Standard, "", 0},
-        {Crazyhouse, "a", 0},
-        {Chess960, "", 0},
-        {Horde, "", 0},
-        {KingOfTheHill, "", 0x1818000000ULL},
-        {ThreeCheck, "b", 0},
-        {Suicide, "cdefij", 0},
-        {Giveaway, "cdefgj", 0},
-        {Losers, "cghj", 0},
-        {Atomic, "kl", 0},
-        {RacingKings, "mn", 0xFF00000000000000ULL},
-        {Unknown, "", 0},
-    };
-    for (const Case& c : cases) {
-        Board board(c.variant);
-        const VariantRules& r = board.variantRules;
-        const bool values[14] = {r.hasPockets,       r.countsChecks, r.mandatoryCapture,  r.kingsNotRoyal,
-                                 r.kingPromotion,    r.noCastling,   r.stalemateWins,     r.checkmateWins,
-                                 r.stalemateByCount, r.bareWins,     r.kingsAdjacentSafe, r.explosions,
-                                 r.noCheckGiving,    r.blackMayEqual};
-        std::string on;
-        for (int i = 0; i < 14; ++i)
-            if (values[i]) on.push_back(char('a' + i));
-        EXPECT_EQ(on, c.on) << variantName(c.variant);
-        EXPECT_EQ(board.goalSquares, c.goal) << variantName(c.variant);
-        EXPECT_EQ(board.variant, c.variant);
-    }
 }
 
 TEST(VariantRules, ResetKeepsTheVariant) {

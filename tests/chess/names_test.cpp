@@ -7,22 +7,9 @@
 namespace tarnfold {
 namespace {
 
-TEST(Names, EnumerationNamesWithInvalidFallbacks) {
-    EXPECT_EQ(colorName(White), "White");
-    EXPECT_EQ(colorName(Black), "Black");
-    EXPECT_EQ(colorName(Color(2)), "Invalid");
-    EXPECT_EQ(squareColorName(squareColor(A1)), "dark");
-    EXPECT_EQ(squareColorName(squareColor(H1)), "light");
-    EXPECT_EQ(squareColorName(SquareColor(2)), "Invalid");
-    EXPECT_EQ(pieceTypeName(Knight), "Knight");
-    EXPECT_EQ(pieceTypeName(NoPieceType), "Invalid");
-    EXPECT_EQ(pieceName(BlackPawn), "Black Pawn");
-    EXPECT_EQ(pieceName(WhiteKing), "White King");
-    EXPECT_EQ(pieceName(NoPiece), "Invalid");
-    EXPECT_EQ(directionName(Right), "right");
+TEST(Names, DirectionAndSquareNames) {
     EXPECT_EQ(directionName(SouthEast), "southeast");
     EXPECT_EQ(directionName(MainDiagonal), "maindiagonal");
-    EXPECT_EQ(directionName(AnyDirection), "anydirection");
     EXPECT_EQ(directionName(Direction(15)), "Invalid Direction");
     EXPECT_EQ(squareName(A1), "a1");
     EXPECT_EQ(squareName(E4), "e4");
@@ -49,12 +36,10 @@ TEST(Names, ParseSquare) {
 }
 
 TEST(Names, PieceLettersAndSymbols) {
-    EXPECT_EQ(pieceLetters, "pPnNbBrRqQkK.");
     for (Piece p = BlackPawn; p <= NoPiece; ++p) {
         EXPECT_EQ(pieceFromChar(pieceChar(p)), p);
         if (p != NoPiece) {
             EXPECT_EQ(makePiece(pieceType(p), pieceColor(p)), p);
-            EXPECT_EQ(pieceName(p).substr(0, 5), colorName(pieceColor(p)));
         }
     }
     EXPECT_EQ(pieceColor(WhiteRook), White);
@@ -104,10 +89,6 @@ TEST(Names, SetTexts) {
 }
 
 TEST(Names, BitHelpers) {
-    EXPECT_EQ(fileMask[0], 0x0101010101010101ULL);
-    EXPECT_EQ(fileMask[7], 0x8080808080808080ULL);
-    EXPECT_EQ(rankMask[0], 0xFFULL);
-    EXPECT_EQ(rankMask[7], 0xFF00000000000000ULL);
     Bitboard set = squareBit(C2) | squareBit(G7) | squareBit(D5);
     EXPECT_EQ(highestSquare(set), G7);
     EXPECT_EQ(popLowest(set), C2);

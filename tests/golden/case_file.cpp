@@ -30,6 +30,9 @@ void check_path(int line, const std::string& path) {
         if (part == "..") throw ParseError(line, "path must not contain '..': '" + path + "'");
 }
 
+// The other kinds only name a path.
+bool takes_content(std::string_view kind) { return kind != "dir" && kind != "absent" && kind != "fixture"; }
+
 int parse_number(int line, std::string_view value, int low, int high) {
     int n = 0;
     auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), n);
@@ -113,13 +116,14 @@ Section parse_marker(std::string_view body, int line, bool& noeol) {
     std::size_t arity;
     if (s.kind == "stdin" || s.kind == "stdout" || s.kind == "stderr")
         arity = 1;
-    else if (s.kind == "file" || s.kind == "dir" || s.kind == "output" || s.kind == "absent")
+    else if (s.kind == "file" || s.kind == "dir" || s.kind == "output" || s.kind == "absent" ||
+             s.kind == "fixture")
         arity = 2;
     else
         throw ParseError(line, "unknown section '" + s.kind + "'");
 
     auto trimmed = trim_end(body);
-    noeol = s.kind != "dir" && s.kind != "absent" && words.size() == arity + 1 && words.back() == "noeol" &&
+    noeol = takes_content(s.kind) && words.size() == arity + 1 && words.back() == "noeol" &&
             trimmed.size() > 6 && is_blank(trimmed[trimmed.size() - 6]) && trimmed.ends_with("noeol");
     if (noeol) {
         words.pop_back();
@@ -147,7 +151,7 @@ CaseFile parse_case(std::string_view text) {
         Section& s = c.sections.back();
         s.end = end;
         if (noeol && s.content.ends_with('\n')) s.content.pop_back();
-        if ((s.kind == "dir" || s.kind == "absent") && !s.content.empty())
+        if (!takes_content(s.kind) && !s.content.empty())
             throw ParseError(s.line + 1, "'" + s.kind + "' section takes no content");
     };
 

@@ -17,8 +17,8 @@ struct ParseError : std::runtime_error {
 };
 
 struct Section {
-    std::string kind;     // file, dir, stdin, stdout, stderr, output, absent
-    std::string path;     // relative path for file, dir, output, absent
+    std::string kind;     // file, fixture, dir, stdin, stdout, stderr, output, absent
+    std::string path;     // relative path for file, fixture, dir, output, absent
     std::string content;  // unescaped, with noeol already applied
     int line = 0;         // line number of the marker
     // Byte range from the marker line to the end of the content, and the

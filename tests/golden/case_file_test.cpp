@@ -43,7 +43,8 @@ constexpr std::string_view example =
     "--- stderr noeol\n"
     "--- output 'out file.pgn'\n"
     "x\n"
-    "--- absent gone.pgn\n";
+    "--- absent gone.pgn\n"
+    "--- fixture sub/games.pgn\n";
 
 TEST(CaseFile, ParsesEveryDirectiveAndSection) {
     CaseFile c = parse_case(example);
@@ -52,7 +53,7 @@ TEST(CaseFile, ParsesEveryDirectiveAndSection) {
     EXPECT_EQ(c.exit_status, 1);
     EXPECT_EQ(example.substr(c.exit_begin, c.exit_end - c.exit_begin), "1");
     EXPECT_EQ(c.timeout_seconds, 5);
-    ASSERT_EQ(c.sections.size(), 7u);
+    ASSERT_EQ(c.sections.size(), 8u);
     EXPECT_EQ(c.sections[0].kind, "file");
     EXPECT_EQ(c.sections[0].path, "sub/q.zmf");
     EXPECT_EQ(c.sections[0].content, "--- not a marker\n\\--- one backslash kept\nlast");
@@ -67,7 +68,9 @@ TEST(CaseFile, ParsesEveryDirectiveAndSection) {
     EXPECT_EQ(c.sections[5].path, "out file.pgn");
     EXPECT_EQ(c.sections[5].content, "x\n");
     EXPECT_EQ(c.sections[6].kind, "absent");
-    EXPECT_EQ(c.sections[6].end, example.size());
+    EXPECT_EQ(c.sections[7].kind, "fixture");
+    EXPECT_EQ(c.sections[7].path, "sub/games.pgn");
+    EXPECT_EQ(c.sections[7].end, example.size());
 }
 
 TEST(CaseFile, LastSectionMayLackFinalNewline) {
@@ -103,6 +106,8 @@ TEST(CaseFile, ReportsErrorsWithLineNumbers) {
     EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- file\n", "one path"), 4);
     EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout x\n", "no path"), 3);
     EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- dir d\ntext\n", "no content"), 5);
+    EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- fixture f noeol\n", "one path"), 4);
+    EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- fixture f\ntext\n", "no content"), 5);
 }
 
 TEST(CaseFile, RenderedSectionReadsBackUnchanged) {

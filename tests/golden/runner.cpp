@@ -4,6 +4,9 @@
 // and compares exit status, standard output, standard error and written files
 // with the case. With ZMFI_GOLDEN_UPDATE=1 it records what zmfi did into the
 // case file instead, for a developer to review.
+//
+// The build defines ZMFI_VERSION_LINE, the line every start prints, made from
+// the project version; and ZMFI_GOLDEN_FIXTURES, the folder of shared files.
 #include "case_file.h"
 
 #include <fcntl.h>
@@ -82,6 +85,17 @@ std::vector<std::string_view> lines(std::string_view text) {
 // In expected text "{{*}}" stands for any characters within one line: the
 // summary's timings differ from run to run.
 constexpr std::string_view wildcard = "{{*}}";
+
+// Expected text names the version line by this placeholder, so that a new
+// version is one change to the build and none to the cases.
+constexpr std::string_view version_placeholder = "{{version}}";
+constexpr std::string_view version_line = ZMFI_VERSION_LINE;
+
+std::string replace_all(std::string text, std::string_view from, std::string_view to) {
+    for (std::size_t at = 0; (at = text.find(from, at)) != std::string::npos; at += to.size())
+        text.replace(at, from.size(), to);
+    return text;
+}
 
 bool lineMatches(std::string_view want, std::string_view got) {
     const std::size_t star = want.find(wildcard);
@@ -222,10 +236,14 @@ int run_case(const fs::path& zmfi, const fs::path& case_path, const fs::path& ro
         fs::remove_all(dir);
         fs::create_directories(dir);
     }
-    for (const auto& s : c.sections) {
+    for (auto& s : c.sections) {
+        if (s.kind == "stdout" || s.kind == "stderr" || s.kind == "output")
+            s.content = replace_all(std::move(s.content), version_placeholder, version_line);
+        if (s.kind == "file" || s.kind == "fixture") fs::create_directories((scratch / s.path).parent_path());
         if (s.kind == "file") {
-            fs::create_directories((scratch / s.path).parent_path());
             write_file(scratch / s.path, s.content);
+        } else if (s.kind == "fixture") {
+            write_file(scratch / s.path, read_file(fs::path(ZMFI_GOLDEN_FIXTURES) / s.path));
         } else if (s.kind == "dir") {
             fs::create_directories(scratch / s.path);
         }
@@ -263,7 +281,7 @@ int run_case(const fs::path& zmfi, const fs::path& case_path, const fs::path& ro
             if (s.kind != "stdout" && s.kind != "stderr" && !written) continue;
             const std::string actual = s.kind == "stdout" ? out : s.kind == "stderr" ? err : read_file(path);
             if (updating && !matches(s.content, actual))
-                records.emplace_back(&s, actual);
+                records.emplace_back(&s, replace_all(actual, version_line, version_placeholder));
             else if (!updating)
                 compare(report, s.kind == "output" ? "output file " + s.path : s.kind, s.content, actual);
         }

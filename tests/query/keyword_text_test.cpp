@@ -6,7 +6,6 @@
 #include <memory>
 #include <string>
 
-#include "query/dump_target.h"
 #include "query/handlers/handler_support.h"
 #include "query/nodes/control_nodes.h"
 #include "query/nodes/hhdb_nodes.h"
@@ -14,6 +13,7 @@
 #include "query/nodes/tag_nodes.h"
 #include "query/parser.h"
 #include "query/print_target.h"
+#include "tree_shape.h"
 
 namespace tarnfold::zmf {
 namespace {
@@ -22,16 +22,6 @@ QuerySource sourceOf(const std::string& text) {
     QuerySource source;
     source.add("q.zmf", text);
     return source;
-}
-
-std::string shape(const ZMFNode& root) {
-    DumpTarget dump(nullptr, false, false);
-    root.dump(dump, true);
-    std::string text = dump.text();
-    // Re-printing parenthesises what was vitiated, so the mark may go.
-    const std::string mark = " (vitiated precedence)";
-    for (std::size_t at; (at = text.find(mark)) != std::string::npos;) text.erase(at, mark.size());
-    return text;
 }
 
 std::string printed(const ZMFNode& root) {
@@ -210,7 +200,7 @@ TEST(KeywordPrint, PrintedFiltersReadBackAsTheSameTree) {
         std::string again = printed(*first.root);
         ParsedQuery second = parser.parseQuery(sourceOf(again));
         ASSERT_TRUE(second.root) << again << "\n" << messagesOf(parser);
-        EXPECT_EQ(shape(*second.root), shape(*first.root)) << text << " printed as " << again;
+        EXPECT_EQ(treeShape(*second.root), treeShape(*first.root)) << text << " printed as " << again;
     }
 }
 

@@ -4,8 +4,8 @@
 
 #include <random>
 
-#include "query/dump_target.h"
 #include "query/print_target.h"
+#include "tree_shape.h"
 
 namespace tarnfold::zmf {
 namespace {
@@ -14,17 +14,6 @@ QuerySource sourceOf(const std::string& text) {
     QuerySource source;
     source.add("q.zmf", text);
     return source;
-}
-
-// The tree without locations, so that two parses of different texts compare.
-std::string shape(const ZMFNode& root) {
-    DumpTarget dump(nullptr, false, false);
-    root.dump(dump, true);
-    std::string text = dump.text();
-    // Re-printing parenthesises what was vitiated, so the mark may go.
-    for (std::size_t at; (at = text.find(" (vitiated precedence)")) != std::string::npos;)
-        text.erase(at, std::string(" (vitiated precedence)").size());
-    return text;
 }
 
 std::string printed(const ZMFNode& root) {
@@ -179,7 +168,7 @@ TEST(Parser, RandomQueriesGiveATreeOrAnErrorAndPrintedTreesReparse) {
         std::string again = printed(*query.root);
         ParsedQuery reparsed = reparser.parseQuery(sourceOf(again));
         ASSERT_NE(reparsed.root, nullptr) << text << " printed as " << again;
-        EXPECT_EQ(shape(*reparsed.root), shape(*query.root)) << text << " printed as " << again;
+        EXPECT_EQ(treeShape(*reparsed.root), treeShape(*query.root)) << text << " printed as " << again;
     }
     // The soup must not be all errors, or the round trip tests nothing.
     EXPECT_GT(trees, 600);

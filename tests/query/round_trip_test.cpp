@@ -7,9 +7,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "query/dump_target.h"
 #include "query/parser.h"
 #include "query/print_target.h"
+#include "tree_shape.h"
 
 namespace tarnfold::zmf {
 namespace {
@@ -21,19 +21,6 @@ std::string readFile(const fs::path& path) {
     std::ostringstream text;
     text << in.rdbuf();
     return text.str();
-}
-
-// The tree without locations, which differ between the two texts. The
-// printer parenthesises an operand that was obtained by precedence
-// vitiation, so the reparse needs no vitiation: the mark may differ.
-std::string shape(const ZMFNode& root) {
-    DumpTarget dump(nullptr, false, false);
-    dump.expandFunctions = true;
-    root.dump(dump, true);
-    std::string text = dump.take();
-    const std::string mark = " (vitiated precedence)";
-    for (std::size_t at; (at = text.find(mark)) != std::string::npos;) text.erase(at, mark.size());
-    return text;
 }
 
 TEST(RoundTrip, EveryCorpusQueryReparsesToTheSameTree) {
@@ -56,7 +43,7 @@ TEST(RoundTrip, EveryCorpusQueryReparsesToTheSameTree) {
             ADD_FAILURE() << "does not parse: " << messageText(parser.messages().messages().at(0));
             continue;
         }
-        std::string original = shape(*first.root);
+        std::string original = treeShape(*first.root);
         PrintTarget print;
         first.root->print(print);
 
@@ -67,7 +54,7 @@ TEST(RoundTrip, EveryCorpusQueryReparsesToTheSameTree) {
             ADD_FAILURE() << "printed form does not parse: " << print.text();
             continue;
         }
-        EXPECT_EQ(shape(*second.root), original) << print.text();
+        EXPECT_EQ(treeShape(*second.root), original) << print.text();
     }
 }
 
