@@ -8,8 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <stdexcept>
-#include <string>
+#include <cstdlib>
 
 #include "query/token.h"
 
@@ -63,11 +62,11 @@ inline constexpr InfixOperator infixOperators[] = {
 };
 
 // The row of an infix operator. A kind without one is a fault of the
-// caller: at compile time it does not compile, at run time it throws.
+// caller: at compile time it does not compile, at run time it aborts.
 constexpr const InfixOperator& infixOperator(TokenKind kind) {
     for (const InfixOperator& row : infixOperators)
         if (row.kind == kind) return row;
-    throw std::logic_error("no infix operator " + std::string(tokenKindName(kind)));
+    std::abort();
 }
 
 // The lookup takes the first row of a kind, so a second one would go unread.
