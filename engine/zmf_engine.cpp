@@ -38,42 +38,56 @@ void ZMFEngine::layOut(Game& game) {
     game.rewind();
     const uint16_t savedCounter = game.board.nextPieceId;
     gamePieceIdCounter_ = savedCounter;
-    layOutFrom(game, game.root.get(), 0, true);
+    layOutFrom(game, game.root.get());
     maxPieceId = gamePieceIdCounter_;
     game.board.nextPieceId = savedCounter;
     lastPosition = uint32_t(positions.size()) - 1;
     positionsTotal += positions.size();
 }
 
-void ZMFEngine::layOutFrom(Game& game, PGN::AnnotatedGameTreeNode* node, uint16_t depth,
-                           bool virtualMainline) {
+// A row's board needs no history: the move stack is left out of the copy,
+// which keeps the table linear in the length of the game.
+void ZMFEngine::addRow(Game& game, PGN::AnnotatedGameTreeNode* node, uint16_t depth, bool virtualMainline) {
     const uint32_t id = uint32_t(positions.size());
     positions.push_back({node, id, depth, virtualMainline});
     node->mark = id;
-    // A row's board needs no history: the move stack is left out of the copy,
-    // which keeps the table linear in the length of the game.
     if (boards.size() <= id) boards.emplace_back();
     std::vector<UndoRecord> history;
     std::swap(history, game.board.moveStack);
     boards[id] = game.board;
     std::swap(history, game.board.moveStack);
-    if (node->children.empty()) return;
+}
 
-    auto visit = [&](size_t index, uint16_t childDepth, bool childVirtual) {
-        PGN::AnnotatedGameTreeNode* child = node->childAnnotated(index);
+// The walk keeps its own stack of open nodes instead of recursing, so that a
+// game of any length, or variations nested to any depth, fits.
+void ZMFEngine::layOutFrom(Game& game, PGN::AnnotatedGameTreeNode* root) {
+    addRow(game, root, 0, true);
+    layoutStack_.clear();
+    layoutStack_.push_back({root, 0, 0, true});
+    while (!layoutStack_.empty()) {
+        LayoutFrame& frame = layoutStack_.back();
+        const size_t children = frame.node->children.size();
+        if (frame.nextChild >= (variations ? children : std::min<size_t>(children, 1))) {
+            layoutStack_.pop_back();
+            if (layoutStack_.empty()) break;
+            gamePieceIdCounter_ = std::max(gamePieceIdCounter_, game.board.nextPieceId);
+            game.back();
+            continue;
+        }
+        const size_t index = frame.nextChild++;
+        uint16_t depth = frame.depth;
+        bool virtualMainline = frame.virtualMainline;
+        if (index > 0) {
+            hasVariations = true;
+            // Only a variation that Black begins keeps the virtual main line.
+            virtualMainline = virtualMainline && game.board.sideToMove == Black;
+            ++depth;
+        }
+        PGN::AnnotatedGameTreeNode* child = frame.node->childAnnotated(index);
         game.board.nextPieceId = gamePieceIdCounter_;
         game.forward(child);
-        layOutFrom(game, child, childDepth, childVirtual);
-        gamePieceIdCounter_ = std::max(gamePieceIdCounter_, game.board.nextPieceId);
-        game.back();
-    };
-    visit(0, depth, virtualMainline);
-    if (!variations) return;
-    for (size_t index = 1; index < node->children.size(); ++index) {
-        hasVariations = true;
-        // Only a variation that Black begins keeps the virtual main line.
-        const bool blackBegins = game.board.sideToMove == Black;
-        visit(index, uint16_t(depth + 1), virtualMainline && blackBegins);
+        addRow(game, child, depth, virtualMainline);
+        layoutStack_.push_back({child, 0, depth, virtualMainline});
     }
 }
 

@@ -115,7 +115,8 @@ public:
 private:
     void prepare(ParsedQuery& query);
     void layOut(Game& game);
-    void layOutFrom(Game& game, PGN::AnnotatedGameTreeNode* node, uint16_t depth, bool virtualMainline);
+    void layOutFrom(Game& game, PGN::AnnotatedGameTreeNode* root);
+    void addRow(Game& game, PGN::AnnotatedGameTreeNode* node, uint16_t depth, bool virtualMainline);
     void runPositions(const ZMFNode& root, std::vector<PositionMatch>& matches);
     Value dispatch(const ZMFNode& node);
 
@@ -143,6 +144,14 @@ private:
 
     ParsedQuery* query_ = nullptr;
     uint64_t evaluations_ = 0;
+    // The nodes of the layout walk still open, with the next child to visit.
+    struct LayoutFrame {
+        PGN::AnnotatedGameTreeNode* node;
+        size_t nextChild;
+        uint16_t depth;
+        bool virtualMainline;
+    };
+    std::vector<LayoutFrame> layoutStack_;
     uint16_t gamePieceIdCounter_ = 0;
 };
 

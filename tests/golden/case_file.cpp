@@ -102,6 +102,32 @@ std::vector<std::string> split_words(std::string_view text) {
 
 namespace {
 
+// Each line of a generate section is a count and one quoted word; the file
+// is every word repeated its count of times, in order.
+std::string generate_content(int marker_line, std::string_view recipe) {
+    std::string out;
+    int line = marker_line;
+    for (std::size_t pos = 0, next; pos < recipe.size(); pos = next) {
+        ++line;
+        auto newline = recipe.find('\n', pos);
+        next = newline == npos ? recipe.size() : newline + 1;
+        auto body = recipe.substr(pos, (newline == npos ? recipe.size() : newline) - pos);
+        if (trim_end(body).empty()) continue;
+        std::vector<std::string> words;
+        try {
+            words = split_words(body);
+        } catch (const std::invalid_argument& e) {
+            throw ParseError(line, e.what());
+        }
+        if (words.size() != 2) throw ParseError(line, "expected COUNT \"TEXT\"");
+        const int count = parse_number(line, words[0], 0, 10'000'000);
+        if (out.size() + std::size_t(count) * words[1].size() > (64u << 20))
+            throw ParseError(line, "generated file larger than 64 MB");
+        for (int i = 0; i < count; ++i) out += words[1];
+    }
+    return out;
+}
+
 Section parse_marker(std::string_view body, int line, bool& noeol) {
     std::vector<std::string> words;
     try {
@@ -117,7 +143,7 @@ Section parse_marker(std::string_view body, int line, bool& noeol) {
     if (s.kind == "stdin" || s.kind == "stdout" || s.kind == "stderr")
         arity = 1;
     else if (s.kind == "file" || s.kind == "dir" || s.kind == "output" || s.kind == "absent" ||
-             s.kind == "fixture")
+             s.kind == "fixture" || s.kind == "generate")
         arity = 2;
     else
         throw ParseError(line, "unknown section '" + s.kind + "'");
@@ -151,6 +177,7 @@ CaseFile parse_case(std::string_view text) {
         Section& s = c.sections.back();
         s.end = end;
         if (noeol && s.content.ends_with('\n')) s.content.pop_back();
+        if (s.kind == "generate") s.content = generate_content(s.line, s.content);
         if (!takes_content(s.kind) && !s.content.empty())
             throw ParseError(s.line + 1, "'" + s.kind + "' section takes no content");
     };

@@ -80,6 +80,14 @@ TEST(CaseFile, LastSectionMayLackFinalNewline) {
     EXPECT_EQ(parse_case("args:\nexit: 0\n--- stdout").find("stdout")->content, "");
 }
 
+TEST(CaseFile, GenerateSectionsRepeatTheirWords) {
+    CaseFile c = parse_case(
+        "args:\nexit: 0\n--- generate big.pgn\n1 \"{\"\n3 'ab '\n\n2 \"\\x00\\n\"\n--- stdout\n");
+    EXPECT_EQ(c.sections[0].kind, "generate");
+    EXPECT_EQ(c.sections[0].path, "big.pgn");
+    EXPECT_EQ(c.sections[0].content, std::string("{ab ab ab \0\n\0\n", 14));
+}
+
 int error_line(std::string_view text, std::string_view message_part) {
     try {
         parse_case(text);
@@ -108,6 +116,8 @@ TEST(CaseFile, ReportsErrorsWithLineNumbers) {
     EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- dir d\ntext\n", "no content"), 5);
     EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- fixture f noeol\n", "one path"), 4);
     EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- fixture f\ntext\n", "no content"), 5);
+    EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- generate g\n1 \"a\"\nx \"b\"\n", "0 to"), 6);
+    EXPECT_EQ(error_line("args:\nexit: 0\n--- stdout\n--- generate g\n2 a b\n", "COUNT"), 5);
 }
 
 TEST(CaseFile, RenderedSectionReadsBackUnchanged) {

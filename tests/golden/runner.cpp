@@ -239,8 +239,9 @@ int run_case(const fs::path& zmfi, const fs::path& case_path, const fs::path& ro
     for (auto& s : c.sections) {
         if (s.kind == "stdout" || s.kind == "stderr" || s.kind == "output")
             s.content = replace_all(std::move(s.content), version_placeholder, version_line);
-        if (s.kind == "file" || s.kind == "fixture") fs::create_directories((scratch / s.path).parent_path());
-        if (s.kind == "file") {
+        if (s.kind == "file" || s.kind == "fixture" || s.kind == "generate")
+            fs::create_directories((scratch / s.path).parent_path());
+        if (s.kind == "file" || s.kind == "generate") {
             write_file(scratch / s.path, s.content);
         } else if (s.kind == "fixture") {
             write_file(scratch / s.path, read_file(fs::path(ZMFI_GOLDEN_FIXTURES) / s.path));
