@@ -3,6 +3,7 @@
 // names, piece identities, attacks between sets and the lines between them.
 
 #include <bit>
+#include <utility>
 
 #include "chess/attacks.h"
 #include "chess/bitboard.h"
@@ -230,16 +231,18 @@ Value ZMFEngine::eval(const PawnQueryNode& node) {
 }
 
 // square and piece: the body at each square in turn, a1 to h8, with the
-// variable bound to the square or to the identity of its piece. The slot is
-// looked up afresh at each binding, as the body may move the store on.
-Value ZMFEngine::eval(const SquareNode& node) {
-    const Value operand = evaluate(*node.set);
-    if (!operand.is(ValueType::Set)) return Value();
+// variable bound to what `binding` makes of the square; a square it gives
+// None for is skipped. The slot is looked up afresh at each binding, as the
+// body may move the store on.
+template <typename IterationNode, typename Binding>
+Value iterate(ZMFEngine& engine, const IterationNode& node, Bitboard squares, Binding binding) {
     Bitboard result = 0;
-    for (Bitboard squares = operand.asSet(); squares;) {
+    while (squares) {
         const Square square = popLowest(squares);
-        variables.resolve(node.slot) = Value::set(squareBit(square));
-        if (evaluate(*node.body).isTrue()) {
+        Value bound = binding(square);
+        if (bound.isNone()) continue;
+        engine.variables.resolve(node.slot) = std::move(bound);
+        if (engine.evaluate(*node.body).isTrue()) {
             result |= squareBit(square);
         } else if (node.all) {
             return Value::boolean(false);
@@ -248,22 +251,20 @@ Value ZMFEngine::eval(const SquareNode& node) {
     return node.all ? Value::boolean(true) : Value::set(result);
 }
 
+Value ZMFEngine::eval(const SquareNode& node) {
+    const Value operand = evaluate(*node.set);
+    if (!operand.is(ValueType::Set)) return Value();
+    return iterate(*this, node, operand.asSet(), [](Square square) { return Value::set(squareBit(square)); });
+}
+
 Value ZMFEngine::eval(const PieceNode& node) {
     const Value operand = evaluate(*node.set);
     if (!operand.is(ValueType::Set)) return Value();
-    Bitboard result = 0;
-    for (Bitboard squares = operand.asSet() & board().occupied; squares;) {
-        const Square square = popLowest(squares);
-        const uint16_t id = board().pieceIds[square];
-        if (id == 0) continue;
-        variables.resolve(node.slot) = Value::pieceId(id);
-        if (evaluate(*node.body).isTrue()) {
-            result |= squareBit(square);
-        } else if (node.all) {
-            return Value::boolean(false);
-        }
-    }
-    return node.all ? Value::boolean(true) : Value::set(result);
+    const Board& position = board();
+    return iterate(*this, node, operand.asSet() & position.occupied, [&position](Square square) {
+        const uint16_t id = position.pieceIds[square];
+        return id ? Value::pieceId(id) : Value();
+    });
 }
 
 Value ZMFEngine::eval(const PieceAssignNode& node) {
