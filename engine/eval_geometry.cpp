@@ -2,7 +2,7 @@
 // ranks, the piece on a square, material, squares built from numbers or
 // names, piece identities, attacks between sets and the lines between them.
 
-#include <bit>
+#include <cstdint>
 #include <utility>
 
 #include "chess/attacks.h"
@@ -68,7 +68,9 @@ Bitboard filesOf(Bitboard set) {
     return files;
 }
 
-Bitboard neighbourFiles(Bitboard files) { return ((files & ~fileMask[7]) << 1) | ((files & ~fileMask[0]) >> 1); }
+Bitboard neighbourFiles(Bitboard files) {
+    return ((files & ~fileMask[7]) << 1) | ((files & ~fileMask[0]) >> 1);
+}
 
 Bitboard doubledPawns(Bitboard pawns) {
     Bitboard result = 0;
@@ -90,7 +92,8 @@ Bitboard passedPawns(Bitboard pawns, Bitboard enemyPawns, Color color) {
     for (Bitboard squares = pawns; squares;) {
         const Square square = popLowest(squares);
         const Bitboard file = fileMask[fileOf(square)];
-        if (!(enemyPawns & (file | neighbourFiles(file)) & ranksAhead(square, color))) result |= squareBit(square);
+        if (!(enemyPawns & (file | neighbourFiles(file)) & ranksAhead(square, color)))
+            result |= squareBit(square);
     }
     return result;
 }
@@ -192,7 +195,8 @@ Value ZMFEngine::eval(const AttacksNode& node) {
     auto [left, right] = evaluateOperands(*this, node);
     if (!left.is(ValueType::Set) || !right.is(ValueType::Set)) return Value();
     Bitboard attackers = 0;
-    for (Bitboard targets = right.asSet(); targets;) attackers |= bothColorsAttacking(board(), popLowest(targets));
+    for (Bitboard targets = right.asSet(); targets;)
+        attackers |= bothColorsAttacking(board(), popLowest(targets));
     return Value::set(attackers & left.asSet());
 }
 
@@ -219,7 +223,8 @@ Value ZMFEngine::eval(const BetweenNode& node) {
 Value ZMFEngine::eval(const PawnQueryNode& node) {
     const Bitboard white = board().pieces[White][Pawn], black = board().pieces[Black][Pawn];
     // A pawn is isolated exactly when it is not connected.
-    const Bitboard connected = (white & neighbourFiles(filesOf(white))) | (black & neighbourFiles(filesOf(black)));
+    const Bitboard connected =
+        (white & neighbourFiles(filesOf(white))) | (black & neighbourFiles(filesOf(black)));
     switch (PawnQueryNode::Mode(node.mode)) {
         case PawnQueryNode::Connected: return Value::set(connected);
         case PawnQueryNode::Doubled: return Value::set(doubledPawns(white) | doubledPawns(black));

@@ -95,7 +95,8 @@ Square nextAlong(Direction ray, Square from) {
 // later target in turn, with only empty squares between them. A piece on the
 // way must be the next target; an empty target may also be passed over, so
 // only there is a second way tried.
-bool walkRay(const Board& board, Direction ray, Square from, const Bitboard* targets, size_t count, size_t index) {
+bool walkRay(const Board& board, Direction ray, Square from, const Bitboard* targets, size_t count,
+             size_t index) {
     while (index < count) {
         if (size_t(popCount(rayAttacks[ray][from])) < count - index) return false;
         const Square next = nextAlong(ray, from);
@@ -114,8 +115,8 @@ bool walkRay(const Board& board, Direction ray, Square from, const Bitboard* tar
 // The squares of targets[0] from which one of the directions, in order,
 // reaches the rest of the list.
 template <size_t N>
-Bitboard walkFromHead(const Board& board, Bitboard heads, const Direction (&directions)[N], const Bitboard* targets,
-                      size_t count) {
+Bitboard walkFromHead(const Board& board, Bitboard heads, const Direction (&directions)[N],
+                      const Bitboard* targets, size_t count) {
     Bitboard result = 0;
     for (Bitboard squares = heads; squares;) {
         const Square square = popLowest(squares);
@@ -221,7 +222,8 @@ Value ZMFEngine::eval(const PinNode& node) {
     const Board& position = board();
     const Bitboard queens = position.byType[Queen];
     Bitboard pinners = 0, pinned = 0, targets = 0;
-    for (Bitboard candidates = from & (position.byType[Bishop] | position.byType[Rook] | queens); candidates;) {
+    for (Bitboard candidates = from & (position.byType[Bishop] | position.byType[Rook] | queens);
+         candidates;) {
         const Square square = popLowest(candidates);
         const PieceType type = pieceType(position.squares[square]);
         const Color color = pieceColor(position.squares[square]);
