@@ -153,6 +153,11 @@ private:
     };
     std::vector<LayoutFrame> layoutStack_;
     uint16_t gamePieceIdCounter_ = 0;
+
+    // The target lists of ray and xray being walked, innermost on top; kept
+    // from position to position so that it stops growing.
+    std::vector<Bitboard> rayTargets_;
+    bool stackRayTargets(const std::vector<NodePtr>& arguments);
 };
 
 // Text of a value for comments, messages and the end-of-run print; the board
