@@ -12,13 +12,13 @@
 
 #include "chess/names.h"
 #include "engine/zmf_engine.h"
-#include "pgn/pgn_reader.h"
 #include "query/parser.h"
+#include "read_games.h"
 
 namespace tarnfold::zmf {
 namespace {
 
-using Game = PGN::Game<PGN::AnnotatedGameTreeNode>;
+using Game = TestGame;
 
 // Whether the piece on `from` attacks `to`: pawns by their colour's capture
 // pattern, sliders along an open line, on the board as it stands.
@@ -47,17 +47,10 @@ bool attacksSlowly(const Board& board, Square from, Square to) {
 
 std::vector<std::unique_ptr<Game>> sampleGames(size_t perFile) {
     std::vector<std::unique_ptr<Game>> games;
+    bool clean = true;
     for (const auto& entry : std::filesystem::directory_iterator(ZMFI_TEST_DATA_DIR "/corpus_sample")) {
         std::ifstream stream(entry.path());
-        PGN::PGNReader reader(stream, false);
-        for (size_t n = 0; n < perFile; ++n) {
-            auto game = std::make_unique<Game>();
-            reader.game = game.get();
-            reader.clearGameState();
-            if (reader.read() == 2) break;
-            game->rewind();
-            games.push_back(std::move(game));
-        }
+        for (auto& game : readGames(stream, perFile, clean)) games.push_back(std::move(game));
     }
     return games;
 }

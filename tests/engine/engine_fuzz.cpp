@@ -12,14 +12,14 @@
 #include <vector>
 
 #include "engine/zmf_engine.h"
-#include "pgn/pgn_reader.h"
 #include "query/parser.h"
+#include "read_games.h"
 
 namespace {
 
 using namespace tarnfold;
 using namespace tarnfold::zmf;
-using Game = PGN::Game<PGN::AnnotatedGameTreeNode>;
+using Game = TestGame;
 
 constexpr const char* gameTexts[] = {
     "[Event \"standard\"]\n\n1. e4 {open} e5 (1... c5 2. Nf3 $1 d6) 2. Nf3 Nc6 3. Bb5 a6 4. Bxc6 dxc6 "
@@ -39,16 +39,13 @@ constexpr const char* gameTexts[] = {
 std::vector<std::unique_ptr<Game>>& games() {
     static std::vector<std::unique_ptr<Game>> all = [] {
         std::vector<std::unique_ptr<Game>> read;
+        bool clean = true;
         for (const char* text : gameTexts) {
             std::istringstream stream(text);
-            PGN::PGNReader reader(stream, false);
-            auto game = std::make_unique<Game>();
-            reader.game = game.get();
-            reader.clearGameState();
-            if (reader.read() != 0) std::abort();  // a fixture that does not read is a fault here
-            game->rewind();
-            read.push_back(std::move(game));
+            auto games = readGames(stream, 1, clean);
+            read.push_back(std::move(games.at(0)));
         }
+        if (!clean) std::abort();  // a fixture that does not read is a fault here
         return read;
     }();
     return all;

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "engine/zmf_engine.h"
-#include "pgn/pgn_reader.h"
 #include "query/dump_target.h"
 #include "query/parser.h"
+#include "read_games.h"
 
 namespace tarnfold::zmf {
 namespace {
@@ -65,13 +65,13 @@ std::string gameText(const std::string& game) {
 // What the query gives at each matching position, in table order.
 std::string runCase(const EvalCase& c, const ParsedQuery& query, std::string& failure) {
     std::istringstream stream(gameText(c.game));
-    PGN::Game<PGN::AnnotatedGameTreeNode> game;
-    PGN::PGNReader reader(stream, false);
-    reader.game = &game;
-    if (reader.read() != 0) {
+    bool clean = true;
+    auto games = readGames(stream, 1, clean);
+    if (!clean || games.size() != 1) {
         failure = "the game does not read cleanly";
         return {};
     }
+    TestGame& game = *games[0];
     ZMFEngine engine;
     engine.variations = true;
     engine.gameNumber = 7;

@@ -1,0 +1,32 @@
+#pragma once
+// Games for the engine's tests and fuzz target, read from PGN text and each
+// left at its root, as the engine wants them.
+
+#include <istream>
+#include <memory>
+#include <vector>
+
+#include "pgn/pgn_reader.h"
+
+namespace tarnfold::zmf {
+
+using TestGame = PGN::Game<PGN::AnnotatedGameTreeNode>;
+
+// Up to `limit` games of the stream; `clean` turns false if any had errors.
+inline std::vector<std::unique_ptr<TestGame>> readGames(std::istream& stream, size_t limit, bool& clean) {
+    std::vector<std::unique_ptr<TestGame>> games;
+    PGN::PGNReader reader(stream, false);
+    while (games.size() < limit) {
+        auto game = std::make_unique<TestGame>();
+        reader.game = game.get();
+        reader.clearGameState();
+        const int status = reader.read();
+        if (status == 2) break;
+        clean &= status == 0;
+        game->rewind();
+        games.push_back(std::move(game));
+    }
+    return games;
+}
+
+}  // namespace tarnfold::zmf
