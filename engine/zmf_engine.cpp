@@ -17,6 +17,8 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     errors.clear();
     commentLog.clear();
     commitEntries.clear();
+    lineBranch.clear();
+    moveListDepth_ = 0;
     commentSequence = 0;
     current = 0;
     tagsParsed = false;

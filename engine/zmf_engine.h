@@ -6,6 +6,7 @@
 // game to game.
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
@@ -54,6 +55,17 @@ struct EngineMessage {
     uint32_t gameNumber = 0;
 };
 
+// A line being matched may allow only one continuation at a position: the
+// move filter then takes that child alone.
+struct LineBranch {
+    uint32_t position = 0;
+    int32_t child = -1;
+    bool restricted = false;
+};
+
+struct MoveTests;
+struct MoveTally;
+
 struct PositionMatch {
     PGN::AnnotatedGameTreeNode* node = nullptr;
     Value value;
@@ -95,6 +107,7 @@ public:
     std::vector<EngineMessage> errors;
     std::vector<CommentEntry> commentLog;
     std::vector<CommitEntry> commitEntries;
+    std::vector<LineBranch> lineBranch;
 
     // Evaluates the query at every position of the game (which must stand at
     // its root, as after rewind) and appends each match.
@@ -153,6 +166,17 @@ private:
     };
     std::vector<LayoutFrame> layoutStack_;
     uint16_t gamePieceIdCounter_ = 0;
+
+    // The move filter's sources and its trial of a move.
+    Bitboard moveParameter(const NodePtr& parameter, Bitboard otherwise);
+    MoveTally gameMoves(const MoveNode& node, const MoveTests& tests);
+    MoveTally previousMove(const MoveNode& node, const MoveTests& tests);
+    MoveTally generatedMoves(const MoveNode& node, const MoveTests& tests);
+    bool speculate(const MoveNode& node, Move move);
+    // One generated list per nesting of the move filter in its own
+    // speculative body; a deque keeps the outer lists in place as it grows.
+    std::deque<MoveList> moveLists_;
+    size_t moveListDepth_ = 0;
 
     // The target lists of ray and xray being walked, innermost on top; kept
     // from position to position so that it stops growing.

@@ -45,16 +45,6 @@ bool attacksSlowly(const Board& board, Square from, Square to) {
     return true;
 }
 
-std::vector<std::unique_ptr<Game>> sampleGames(size_t perFile) {
-    std::vector<std::unique_ptr<Game>> games;
-    bool clean = true;
-    for (const auto& entry : std::filesystem::directory_iterator(ZMFI_TEST_DATA_DIR "/corpus_sample")) {
-        std::ifstream stream(entry.path());
-        for (auto& game : readGames(stream, perFile, clean)) games.push_back(std::move(game));
-    }
-    return games;
-}
-
 ParsedQuery parse(Parser& parser, const std::string& text) {
     QuerySource source;
     source.add("query", text);

@@ -106,6 +106,30 @@ TEST(EngineValues, MateTestsLeaveTheRowBoardsIntact) {
     EXPECT_EQ(engine.boards[3].toFen(), "rnbqkbnr/pppp1ppp/8/4p3/6P1/5P2/PPPPP2P/RNBQKBNR b KQkq g3 0 2");
 }
 
+// A line being matched restricts the game moves at its position to one
+// child; elsewhere, or unrestricted, every continuation counts.
+TEST(EngineValues, LineBranchRestrictsTheGameMovesToOneChild) {
+    Game game;
+    Node* root = game.root.get();
+    line(game, root, {"e4", "e5"});
+    line(game, root, {"d4"});
+    line(game, root, {"c4"});
+    ParsedQuery targets = parse("move to .");
+    ZMFEngine engine;
+    engine.variations = true;
+    std::vector<PositionMatch> matches;
+    engine.runGame(game, targets, matches);
+    engine.current = 0;
+    const auto squaresNow = [&] { return engine.evaluate(*targets.root).asSet(); };
+    EXPECT_EQ(squaresNow(), squareBit(E4) | squareBit(D4) | squareBit(C4));
+    engine.lineBranch.push_back({0, 2, true});
+    EXPECT_EQ(squaresNow(), squareBit(C4));
+    engine.lineBranch.push_back({0, 1, false});
+    EXPECT_EQ(squaresNow(), squareBit(E4) | squareBit(D4) | squareBit(C4));
+    engine.lineBranch.push_back({1, 0, true});
+    EXPECT_EQ(squaresNow(), squareBit(E4) | squareBit(D4) | squareBit(C4));
+}
+
 TEST(EngineValues, RenderedForms) {
     Board board;
     board.setStartPosition();

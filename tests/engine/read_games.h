@@ -2,6 +2,8 @@
 // Games for the engine's tests and fuzz target, read from PGN text and each
 // left at its root, as the engine wants them.
 
+#include <filesystem>
+#include <fstream>
 #include <istream>
 #include <memory>
 #include <vector>
@@ -28,5 +30,18 @@ inline std::vector<std::unique_ptr<TestGame>> readGames(std::istream& stream, si
     }
     return games;
 }
+
+#ifdef ZMFI_TEST_DATA_DIR
+// The first games of each file of the corpus sample, one file per rule set.
+inline std::vector<std::unique_ptr<TestGame>> sampleGames(size_t perFile) {
+    std::vector<std::unique_ptr<TestGame>> games;
+    bool clean = true;
+    for (const auto& entry : std::filesystem::directory_iterator(ZMFI_TEST_DATA_DIR "/corpus_sample")) {
+        std::ifstream stream(entry.path());
+        for (auto& game : readGames(stream, perFile, clean)) games.push_back(std::move(game));
+    }
+    return games;
+}
+#endif
 
 }  // namespace tarnfold::zmf
