@@ -82,6 +82,15 @@ bool passes(const MoveNode& node, const MoveTests& tests, Move move) {
     return true;
 }
 
+// Whether the filter asks nothing of a move but its origin and target,
+// which the legal generator tests itself; it lets a drop through whatever
+// the origin, though, and a written origin rules drops out.
+bool onlySquareTests(const MoveNode& node, const Board& board) {
+    return !node.capture && !node.enpassantsquare && !node.enpassant && node.castle == MoveCastle::None &&
+           !node.promote && !node.drop && !node.speculativeBody && !node.null &&
+           (node.from->implicit || !board.variantRules.hasPockets);
+}
+
 void accept(MoveTally& tally, Move move) {
     ++tally.count;
     tally.to |= squareBit(move.to());
@@ -94,6 +103,8 @@ void accept(MoveTally& tally, Move move) {
 // A parameter that does not give a Set counts as not written.
 Bitboard ZMFEngine::moveParameter(const NodePtr& parameter, Bitboard otherwise) {
     if (!parameter) return otherwise;
+    // An unwritten from or to is every square, whatever the board.
+    if (parameter->implicit) return ~Bitboard(0);
     Value value = evaluate(*parameter);
     return value.type() == ValueType::Set ? value.asSet() : otherwise;
 }
@@ -143,9 +154,12 @@ MoveTally ZMFEngine::gameMoves(const MoveNode& node, const MoveTests& tests) {
     size_t first = node.variation == MoveVariation::Secondary ? 1 : 0;
     size_t end = std::min<size_t>(children, 1);
     if (hasVariations && children >= 2 && node.variation != MoveVariation::Primary) end = children;
+    // A line being matched takes its own child, if the list holds it.
     if (!lineBranch.empty() && lineBranch.back().restricted && lineBranch.back().position == current) {
-        first = size_t(lineBranch.back().child);
-        end = std::min(first + 1, children);
+        const size_t only = size_t(lineBranch.back().child);
+        if (only < first || only >= end) return tally;
+        first = only;
+        end = only + 1;
     }
     for (size_t index = first; index < end; ++index) {
         PGN::AnnotatedGameTreeNode* child = here->childAnnotated(index);
@@ -199,6 +213,15 @@ MoveTally ZMFEngine::generatedMoves(const MoveNode& node, const MoveTests& tests
         const Bitboard kings = board.pieces[board.sideToMove][King];
         if (node.null && kings)
             list.push_back(Move::null(makePiece(King, board.sideToMove), lowestSquare(kings)));
+    }
+    if (legal && !node.reverse && onlySquareTests(node, board)) {
+        // The generator has applied the only tests there are.
+        tally.count = int64_t(list.size());
+        if (node.count || node.resultKind == MoveResultKind::Boolean) {
+            --moveListDepth_;
+            return tally;
+        }
+        tally.count = 0;
     }
     for (const Move move : list) {
         if (!passes(node, tests, move)) continue;

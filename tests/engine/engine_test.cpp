@@ -128,6 +128,12 @@ TEST(EngineValues, LineBranchRestrictsTheGameMovesToOneChild) {
     EXPECT_EQ(squaresNow(), squareBit(E4) | squareBit(D4) | squareBit(C4));
     engine.lineBranch.push_back({1, 0, true});
     EXPECT_EQ(squaresNow(), squareBit(E4) | squareBit(D4) | squareBit(C4));
+    // The restriction keeps to the list that primary and secondary make.
+    engine.lineBranch.push_back({0, 2, true});
+    ParsedQuery primaryOnly = parse("move to . primary");
+    EXPECT_EQ(engine.evaluate(*primaryOnly.root).asSet(), 0u);
+    ParsedQuery secondaryOnly = parse("move to . secondary");
+    EXPECT_EQ(engine.evaluate(*secondaryOnly.root).asSet(), squareBit(C4));
 }
 
 TEST(EngineValues, RenderedForms) {

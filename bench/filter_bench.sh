@@ -1,0 +1,81 @@
+#!/bin/sh
+# The cost of the filters that real queries use most, over the standard
+# corpus repeated (20 copies, about 50,000 games): board geometry (a knight
+# fork, an x-ray through a piece to the king, passed pawns) and generated
+# moves (a position with one legal move, a mate in one found by trying
+# every move), each single-threaded. In the same run pgn-extract reads and
+# writes the same file; its time over a query's is the speed-up (target at
+# least 2). Each query runs twice: as written, writing the games it
+# matches, and as {QUERY false}, which evaluates it at every position and
+# writes nothing. The second, less the time of false (reading the games and
+# laying out their positions), over the number of positions, is the
+# filter's own cost.
+#
+#   bench/filter_bench.sh [ZMFI] [COPIES] [REPEAT]
+#
+# Every configuration runs REPEAT times (default 3) and the median counts.
+# Needs /usr/bin/time (Debian package time) and, for the comparison,
+# pgn-extract (Debian package pgn-extract).
+set -eu
+here=$(cd "$(dirname "$0")" && pwd)
+zmfi=${1:-$here/../build/release/zmfi}
+copies=${2:-20}
+repeat=${3:-3}
+corpus=$here/../../shared/corpus/standard.pgn
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+i=0
+while [ $i -lt "$copies" ]; do cat "$corpus" >> "$work/big.pgn"; echo >> "$work/big.pgn"; i=$((i + 1)); done
+size=$(wc -c < "$work/big.pgn")
+
+# Runs a command REPEAT times; sets seconds to the median wall time.
+median_time() {
+    : > "$work/runs"
+    rep=0
+    while [ $rep -lt "$repeat" ]; do
+        /usr/bin/time -f %e -o "$work/time" "$@" > "$work/stdout" 2>&1 || { cat "$work/stdout" "$work/time"; exit 1; }
+        tail -n 1 "$work/time" >> "$work/runs"
+        rep=$((rep + 1))
+    done
+    seconds=$(sort -n "$work/runs" | awk '{t[NR] = $1} END {print t[int((NR + 1) / 2)]}')
+}
+
+printf '%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs, single-threaded\n\n' \
+    "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"
+
+extract=
+if [ -x /usr/games/pgn-extract ]; then
+    median_time /usr/games/pgn-extract -s -o "$work/extract.pgn" "$work/big.pgn"
+    extract=$seconds
+    printf 'pgn-extract -s -o (read and write): %.2f s\n\n' "$extract"
+else
+    printf 'pgn-extract not found at /usr/games/pgn-extract: no comparison\n\n'
+fi
+
+printf '%-10s %8s %12s %8s %8s %12s %8s  %s\n' name seconds positions/s games x-extract filter-ns/pos x-extract query
+base=
+while IFS='|' read -r name query; do
+    # Alone, the filter is evaluated at every position and nothing is written.
+    median_time "$zmfi" --zmf "{$query false}" -i "$work/big.pgn" -o "$work/out.pgn"
+    alone=$seconds
+    [ -z "$base" ] && base=$alone
+    median_time "$zmfi" --zmf "$query" -i "$work/big.pgn" -o "$work/out.pgn"
+    positions=$(awk '/^Analyzed/ {print $5}' "$work/stdout")
+    games=$(sed -n 's/.*ZMF matches (in \([0-9]*\) game.*/\1/p' "$work/stdout")
+    cost=$(echo "($alone - $base) * 1000000000 / $positions" | bc -l)
+    ratio=- aloneRatio=-
+    if [ -n "$extract" ]; then
+        ratio=$(printf '%.2f' "$(echo "$extract / $seconds" | bc -l)")
+        aloneRatio=$(printf '%.2f' "$(echo "$extract / $alone" | bc -l)")
+    fi
+    printf '%-10s %8.2f %12.0f %8s %8s %12.0f %8s  %s\n' "$name" "$seconds" \
+        "$(echo "$positions / $seconds" | bc -l)" "$games" "$ratio" "$cost" "$aloneRatio" "$query"
+done <<'EOF'
+false|false
+fork|square s in n {#([KQR] attackedby s) >= 2}
+xray-pin|xray (R a k)
+passed|#passedpawns >= 3
+one-legal|move legal count == 1
+mate-in-1|move legal : mate
+EOF
