@@ -68,7 +68,10 @@ bool runQuery(ZMFDriverOptions& options) {
     printDiagnostics(parser->messages().messages(), parser->source(), options.warnLevel, std::cout);
     std::cout << std::flush;
     if (parser->errorReported()) return false;
-    if (options.dumpNfaDiagrams) return true;
+    if (options.dumpNfaDiagrams) {
+        std::cerr << parser->nfaDiagrams << std::flush;
+        return true;
+    }
 
     if (options.parseOnly) {
         setElisions(*parser, options.omitElidedAuxNodes, options.omitElidedBraces, options.omitElidedParens);

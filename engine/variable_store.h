@@ -40,6 +40,8 @@ public:
     void truncate(size_t count);
 
     size_t currentVersion() const { return currentVersion_; }
+    // A line's path reads and writes the version it carries.
+    void setCurrentVersion(size_t version) { currentVersion_ = version; }
     size_t versionCount() const { return versions_.size(); }
 
 private:

@@ -18,6 +18,7 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     commentLog.clear();
     commitEntries.clear();
     lineBranch.clear();
+    lineMemo_.clear();
     moveListDepth_ = 0;
     commentSequence = 0;
     current = 0;

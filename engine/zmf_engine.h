@@ -65,6 +65,10 @@ struct LineBranch {
 
 struct MoveTests;
 struct MoveTally;
+struct LinePath;
+struct LineActive;
+struct LineRun;
+struct LineState;
 
 struct PositionMatch {
     PGN::AnnotatedGameTreeNode* node = nullptr;
@@ -120,6 +124,7 @@ public:
     // The board of the current row.
     const Board& board() const { return boards[current]; }
     PositionRef currentRef() const;
+    PositionRef rowRef(uint32_t id) const;
 
     // The query's variable values; persistent ones live on from game to game.
     std::vector<Value> slotValues;
@@ -177,6 +182,21 @@ private:
     // speculative body; a deque keeps the outer lists in place as it grows.
     std::deque<MoveList> moveLists_;
     size_t moveListDepth_ = 0;
+
+    // The line filter's walk over the tree, its step at one position, one
+    // constituent tried on a path, and the states and ends that follow.
+    void walkLine(LineRun& run, LineActive&& initial);
+    LineActive stepLine(LineRun& run, const LineActive& active, int32_t child, bool matchesSide);
+    void tryLineEdge(LineRun& run, LineActive& next, const LineState& state, const LinePath& path, int32_t child,
+                     bool restricted);
+    void addLineState(LineRun& run, LineActive& next, uint32_t stateIndex, int32_t child, const LinePath& path);
+    void acceptLineEnd(LineRun& run, LinePath& path);
+    // For each line filter, the positions its matches have covered in this
+    // game, which nestban keeps it from starting at again.
+    std::map<const ZMFNode*, std::set<uint32_t>> lineMemo_;
+
+    // Whether a value lies in a range node's ends.
+    bool rangeHolds(const ZMFNode& rangeNode, int64_t value);
 
     // The target lists of ray and xray being walked, innermost on top; kept
     // from position to position so that it stops growing.

@@ -78,6 +78,12 @@ constexpr bool eachKindHasOneRow() {
 }
 static_assert(eachKindHasOneRow(), "a token kind has two rows in the infix table");
 
+constexpr bool isInfixOperator(TokenKind kind) {
+    for (const InfixOperator& row : infixOperators)
+        if (row.kind == kind) return true;
+    return false;
+}
+
 constexpr BindingPower infixPrecedence(TokenKind kind) { return infixOperator(kind).precedence; }
 
 // What the parser compares with the minimum of the operand being read: an

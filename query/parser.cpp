@@ -34,6 +34,10 @@ void Parser::beginParse(const QuerySource& source) {
     sink_.reset();
     clearPending();
     silent = declined = rangeOnly = noStringArguments = false;
+    lineContexts.clear();
+    inducerSeen = false;
+    nfaDiagrams.clear();
+    nfaDiagramsDumped.clear();
     header = QueryHeaderSettings{};
     depth_ = 0;
     expressions_ = 0;
@@ -110,7 +114,6 @@ namespace {
 // rather than that a keyword is unexpected.
 bool isFilterNotYetBuilt(TokenKind kind) {
     switch (kind) {
-        case TokenKind::KwLine:
         case TokenKind::KwFlip:
         case TokenKind::KwFlipcolor:
         case TokenKind::KwFliphorizontal:

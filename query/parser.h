@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -128,6 +129,29 @@ public:
     bool declined = false;  // an infix handler found no right operand
     bool rangeOnly = false;
     bool noStringArguments = false;
+
+    // The line constituents being read, innermost last: whether assignments
+    // in it are tracked (not under nonatomic) and the slots they write.
+    struct LineContext {
+        bool active = true;
+        std::set<std::uint32_t> slots;
+    };
+    std::vector<LineContext> lineContexts;
+    // Whether a filter read since the innermost constituent began depends on
+    // the move played next, such as a move filter over the game's moves.
+    bool inducerSeen = false;
+    // An assignment's slot, entered in the innermost constituent when that
+    // tracks them; true when it does, so that the caller can warn.
+    bool inTrackedLineConstituent() const { return !lineContexts.empty() && lineContexts.back().active; }
+    bool noteLineWrite(std::uint32_t slot) {
+        if (!inTrackedLineConstituent()) return false;
+        lineContexts.back().slots.insert(slot);
+        return true;
+    }
+    // The automata of the line filters read, in the DOT language, for
+    // --dump-nfa-diagrams; each line once, however often it is read.
+    std::string nfaDiagrams;
+    std::set<Offset> nfaDiagramsDumped;
 
     // What the query's zmf(...) header set; parseQuery hands it on.
     QueryHeaderSettings header;

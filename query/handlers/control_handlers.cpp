@@ -203,7 +203,9 @@ public:
         EchoScope scope(parser);
         std::uint32_t sourceSlot = parser.symbols.declareLocal(source.text, ValueType::Position).slot;
         std::uint32_t targetSlot = parser.symbols.declareLocal(target.text, ValueType::Position).slot;
+        const bool savedInducer = parser.inducerSeen;
         NodePtr body = parser.parseExpression(0);
+        parser.inducerSeen = savedInducer;
         if (!body) return nullptr;
         return makeNode<EchoNode>(parser, token, source.text, sourceSlot, target.text, targetSlot,
                                   std::move(body), inAll, quiet);

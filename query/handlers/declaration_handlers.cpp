@@ -194,6 +194,14 @@ public:
             }
             if (parser.expectToken(TokenKind::RightBracket).kind != TokenKind::RightBracket) return nullptr;
         }
+        if (symbol->valueType == ValueType::Dictionary) {
+            if (parser.inTrackedLineConstituent())
+                parser.report(token.begin, MessageLevel::Warning,
+                              "Modification of dictionary variable will not be evaluated atomically in 'line' "
+                              "filter");
+        } else {
+            parser.noteLineWrite(slot);
+        }
         return makeNode<UnbindNode>(parser, token, name.text, slot, std::move(key));
     }
 };

@@ -103,6 +103,7 @@ private:
         }
         Symbol& symbol = parser.symbols.findOrCreateGlobal(name.text);
         parser.symbols.setType(symbol, ValueType::Piece);
+        parser.noteLineWrite(symbol.slot);
         return makeNode<PieceAssignNode>(parser, token, name.text, symbol.slot, std::move(value));
     }
 };

@@ -123,6 +123,12 @@ public:
                  "'pseudolegal'");
             return nullptr;
         }
+        // Over the game's moves the filter depends on the move played next,
+        // so a line tries such a constituent once for each continuation.
+        if (node_->source == MoveSource::Game) {
+            node_->atomicInducer = 1;
+            parser_.inducerSeen = true;
+        }
         if (!node_->from) node_->from = allSquares();
         if (!node_->to) node_->to = allSquares();
         if (node_->count)

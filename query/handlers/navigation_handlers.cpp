@@ -130,7 +130,10 @@ public:
         if (all && range)
             return fail(parser, token,
                         "Cannot use 'all' and a range with 'find' filter, use one or the other");
+        // What the body depends on is its own business, not the line's.
+        const bool savedInducer = parser.inducerSeen;
         NodePtr body = parser.parseExpression(findBody);
+        parser.inducerSeen = savedInducer;
         if (!body) return nullptr;
         return makeNode<FindNode>(parser, token, std::move(body), std::move(range), reverse, all, quiet);
     }

@@ -30,6 +30,7 @@ void registerAllHandlers(Parser& parser) {
     registerGeometryHandlers(parser);
     registerBoardStateHandlers(parser);
     registerMoveHandlers(parser);
+    registerLineHandlers(parser);
     registerImagineHandlers(parser);
 }
 

@@ -35,6 +35,7 @@ void registerHeaderHandlers(Parser& parser);
 void registerGeometryHandlers(Parser& parser);
 void registerBoardStateHandlers(Parser& parser);
 void registerMoveHandlers(Parser& parser);
+void registerLineHandlers(Parser& parser);
 void registerImagineHandlers(Parser& parser);
 
 }  // namespace tarnfold::zmf

@@ -95,8 +95,25 @@ private:
             parser.reportOperand(assign, *value, wrongValue);
             return nullptr;
         }
+        noteLineWrite(assign, *target);
         return makeNode<AssignNode>(parser, assign, std::move(target), std::move(value), TokenKind::Assign,
                                     "=");
+    }
+
+    // A string variable written in part is copied whole for a line's path;
+    // a dictionary is shared by every path.
+    void noteLineWrite(const Token& assign, const ZMFNode& target) {
+        if (!parser.inTrackedLineConstituent()) return;
+        if (target.kind == NodeKind::DictionaryAccess) {
+            parser.report(assign.begin, MessageLevel::Warning,
+                          "Dictionary assignment in 'line' constituent will not be evaluated atomically");
+            return;
+        }
+        const ZMFNode& variable = static_cast<const SliceNode&>(target).operand->unwrapParens();
+        if (variable.kind == NodeKind::Identifier)
+            parser.noteLineWrite(static_cast<const IdentifierNode&>(variable).slot);
+        parser.report(assign.begin, MessageLevel::Warning,
+                      "Atomic evaluation of slice assignment in 'line' constituent may be inefficient");
     }
 };
 

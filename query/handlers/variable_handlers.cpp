@@ -61,7 +61,14 @@ public:
             parser.reportOperand(token, culprit, *error);
             return nullptr;
         }
-        return makeNode<AssignNode>(parser, token, std::move(left), std::move(value), token.kind, token.text);
+        const std::uint32_t slot = target.slot;
+        const bool writesString = target.valueType == ValueType::String;
+        NodePtr assign =
+            makeNode<AssignNode>(parser, token, std::move(left), std::move(value), token.kind, token.text);
+        if (parser.noteLineWrite(slot) && writesString)
+            parser.report(token.begin, MessageLevel::Warning,
+                          "Atomic evaluation of string assignment in 'line' constituent may be inefficient");
+        return assign;
     }
 
 private:

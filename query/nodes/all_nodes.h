@@ -19,6 +19,7 @@
 #include "query/nodes/iteration_nodes.h"
 #include "query/nodes/literal_nodes.h"
 #include "query/nodes/logical_nodes.h"
+#include "query/nodes/line_nodes.h"
 #include "query/nodes/move_nodes.h"
 #include "query/nodes/navigation_nodes.h"
 #include "query/nodes/operator_nodes.h"

@@ -80,8 +80,10 @@ std::string runCase(const EvalCase& c, const ParsedQuery& query, std::string& fa
     std::string result;
     for (const PositionMatch& match : matches) {
         if (!result.empty()) result += ';';
-        result += std::to_string(match.node->mark) + "=" +
-                  renderValue(match.value, &engine.boards[match.node->mark]);
+        // A position is shown by its own board, anything else by the row's.
+        const uint32_t shownBy =
+            match.value.is(ValueType::Position) ? match.value.asPosition().id : match.node->mark;
+        result += std::to_string(match.node->mark) + "=" + renderValue(match.value, &engine.boards[shownBy]);
     }
     return result.empty() ? "-" : result;
 }

@@ -59,7 +59,7 @@ protected:
 TEST_F(MoveParse, TheFirstParameterDecidesTheResult) {
     // Absent squares are implicit designators of the whole board.
     EXPECT_EQ(tree("move capture zset to a1"),
-              "Move result: capture {Set}\n"
+              "Move result: capture {Set} (atomic inducer)\n"
               "|-PieceDesignator (.) [from] {Set} <Invalid location> (implicit)\n"
               "|-PieceDesignator (a1) squares: a1 [to] {Set}\n"
               "`-StandIn (zset) [capture] {Set}\n");
@@ -69,7 +69,7 @@ TEST_F(MoveParse, TheFirstParameterDecidesTheResult) {
               "`-PieceDesignator (a1) squares: a1 [to] {Set}\n");
     // count wins over the set.
     EXPECT_EQ(tree("move to a1 count"),
-              "Move count result: to {Numeric}\n"
+              "Move count result: to {Numeric} (atomic inducer)\n"
               "|-PieceDesignator (.) [from] {Set} <Invalid location> (implicit)\n"
               "`-PieceDesignator (a1) squares: a1 [to] {Set}\n");
     const auto& move = static_cast<const MoveNode&>(only());
@@ -78,7 +78,7 @@ TEST_F(MoveParse, TheFirstParameterDecidesTheResult) {
     EXPECT_EQ(move.capture, nullptr);
 
     EXPECT_EQ(tree("move"),
-              "Move {Boolean}\n"
+              "Move {Boolean} (atomic inducer)\n"
               "|-PieceDesignator (.) [from] {Set} <Invalid location> (implicit)\n"
               "`-PieceDesignator (.) [to] {Set} <Invalid location> (implicit)\n");
     EXPECT_EQ(messages(), "");
@@ -118,18 +118,18 @@ TEST_F(MoveParse, SetParametersReadBelowTheAttackOperators) {
     // attacks (80) stays out of the parameter, & (70) too; ~ reads at 75.
     EXPECT_EQ(tree("move from a attacks k"),
               "Attacks {Set}\n"
-              "|-Move result: from {Set}\n"
+              "|-Move result: from {Set} (atomic inducer)\n"
               "| |-PieceDesignator (a) pieces: a [from] {Set}\n"
               "| `-PieceDesignator (.) [to] {Set} <Invalid location> (implicit)\n"
               "`-PieceDesignator (k) pieces: k {Set}\n");
     EXPECT_EQ(tree("move from zset & a"),
               "BitAndOperator {Set}\n"
-              "|-Move result: from {Set}\n"
+              "|-Move result: from {Set} (atomic inducer)\n"
               "| |-StandIn (zset) [from] {Set}\n"
               "| `-PieceDesignator (.) [to] {Set} <Invalid location> (implicit)\n"
               "`-PieceDesignator (a) pieces: a {Set}\n");
     EXPECT_EQ(tree("move to ~a1 from a1"),
-              "Move result: to {Set}\n"
+              "Move result: to {Set} (atomic inducer)\n"
               "|-PieceDesignator (a1) squares: a1 [from] {Set}\n"
               "`-Complement [to] {Set}\n"
               "  `-PieceDesignator (a1) squares: a1 {Set}\n");
@@ -138,7 +138,7 @@ TEST_F(MoveParse, SetParametersReadBelowTheAttackOperators) {
 
 TEST_F(MoveParse, CommentsAndSpeculationTakeFilters) {
     EXPECT_EQ(tree("move to a1 comment zstr from b2"),
-              "Move result: to {Set}\n"
+              "Move result: to {Set} (atomic inducer)\n"
               "|-PieceDesignator (b2) squares: b2 [from] {Set}\n"
               "|-PieceDesignator (a1) squares: a1 [to] {Set}\n"
               "`-CommentStandIn [comment] {Boolean}\n"
