@@ -21,25 +21,10 @@ here=$(cd "$(dirname "$0")" && pwd)
 zmfi=${1:-$here/../build/release/zmfi}
 copies=${2:-20}
 repeat=${3:-3}
-corpus=$here/../../shared/corpus/standard.pgn
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-
-i=0
-while [ $i -lt "$copies" ]; do cat "$corpus" >> "$work/big.pgn"; echo >> "$work/big.pgn"; i=$((i + 1)); done
-size=$(wc -c < "$work/big.pgn")
-
-# Runs a command REPEAT times; sets seconds to the median wall time.
-median_time() {
-    : > "$work/runs"
-    rep=0
-    while [ $rep -lt "$repeat" ]; do
-        /usr/bin/time -f %e -o "$work/time" "$@" > "$work/stdout" 2>&1 || { cat "$work/stdout" "$work/time"; exit 1; }
-        tail -n 1 "$work/time" >> "$work/runs"
-        rep=$((rep + 1))
-    done
-    seconds=$(sort -n "$work/runs" | awk '{t[NR] = $1} END {print t[int((NR + 1) / 2)]}')
-}
+. "$here/bench_common.sh"
+make_big_file
 
 printf '%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs, single-threaded\n\n' \
     "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"

@@ -68,6 +68,22 @@ struct LineActive {
     }
 };
 
+// A walk still to make: the states that enter a variation, or the main
+// continuation that waits for them.
+struct LinePending {
+    LineActive active;
+    uint32_t position;
+    int32_t child;
+};
+
+// The sets of one nesting of line filters, kept from evaluation to
+// evaluation.
+struct LineScratch {
+    LineActive active;
+    LineActive next;
+    std::vector<LinePending> pending;
+};
+
 // One evaluation of a line filter.
 struct LineRun {
     explicit LineRun(const LineNode& node) : node(node) {}
@@ -78,6 +94,11 @@ struct LineRun {
     LinePath best;
     std::set<uint32_t> ends;
 };
+
+ZMFEngine::ZMFEngine() = default;
+ZMFEngine::~ZMFEngine() = default;
+ZMFEngine::ZMFEngine(ZMFEngine&&) noexcept = default;
+ZMFEngine& ZMFEngine::operator=(ZMFEngine&&) noexcept = default;
 
 // A single number is the range's both ends; an end that is not Numeric
 // fails it.
@@ -107,11 +128,14 @@ Value ZMFEngine::eval(const LineNode& node) {
 
     LineRun run(node);
     if (node.singlecolor) run.side = board().sideToMove;
-    LineActive active;
+    if (lineDepth_ == lineScratch_.size()) lineScratch_.push_back(std::make_unique<LineScratch>());
+    LineScratch& scratch = *lineScratch_[lineDepth_++];
+    scratch.active.entries.clear();
     LinePath empty;
     empty.version = savedVersion;
-    addLineState(run, active, node.automaton.entry, -1, empty);
-    walkLine(run, std::move(active));
+    addLineState(run, scratch.active, node.automaton.entry, -1, empty);
+    walkLine(run, scratch);
+    --lineDepth_;
     current = start;
     variables.setCurrentVersion(savedVersion);
 
@@ -161,25 +185,29 @@ Value ZMFEngine::eval(const LineNode& node) {
 
 // Forward, the walk follows the main line and enters each variation as it
 // meets it, the variations first; a stack of walks still to make keeps the
-// depth of the tree off the call stack.
-void ZMFEngine::walkLine(LineRun& run, LineActive&& initial) {
-    struct Pending {
-        LineActive active;
-        uint32_t position;
-        int32_t child;
-    };
-    std::vector<Pending> pending;
-    pending.push_back({std::move(initial), current, -1});
-    while (!pending.empty() && !abort) {
-        Pending walk = std::move(pending.back());
-        pending.pop_back();
-        current = walk.position;
-        int32_t child = walk.child;
-        LineActive active = std::move(walk.active);
+// depth of the tree off the call stack. The sets live in the scratch of
+// this nesting of line filters, so that a walk allocates nothing once
+// warmed up, apart from the copies a branching takes.
+void ZMFEngine::walkLine(LineRun& run, LineScratch& scratch) {
+    std::vector<LinePending>& pending = scratch.pending;
+    pending.clear();
+    uint32_t position = current;
+    int32_t child = -1;
+    for (bool first = true; first || !pending.empty(); first = false) {
+        if (!first) {
+            LinePending& walk = pending.back();
+            position = walk.position;
+            child = walk.child;
+            std::swap(scratch.active, walk.active);
+            pending.pop_back();
+        }
+        if (abort) break;
+        current = position;
         for (;;) {
             const bool matchesSide = run.side == 2 || int(board().sideToMove) == run.side;
-            active = stepLine(run, active, child, matchesSide);
-            if (active.entries.empty() || abort) break;
+            stepLine(run, scratch.active, scratch.next, child, matchesSide);
+            std::swap(scratch.active, scratch.next);
+            if (scratch.active.entries.empty() || abort) break;
             PGN::AnnotatedGameTreeNode* here = positions[current].node;
             if (run.node.backward) {
                 if (!here->parentNode) break;
@@ -189,16 +217,14 @@ void ZMFEngine::walkLine(LineRun& run, LineActive&& initial) {
             }
             if (here->children.empty()) break;
             const bool branches = here->children.size() > 1 && hasVariations && !run.node.primary;
-            if (branches)
-                for (size_t index = here->children.size() - 1; index >= 1; --index)
-                    pending.push_back({active, here->childAnnotated(index)->mark, int32_t(index)});
-            if (run.node.secondary) break;
             if (branches) {
                 // The main continuation waits below its variations.
-                pending.insert(pending.end() - std::ptrdiff_t(here->children.size() - 1),
-                               Pending{std::move(active), here->childAnnotated(0)->mark, 0});
+                if (!run.node.secondary) pending.push_back({scratch.active, here->childAnnotated(0)->mark, 0});
+                for (size_t index = here->children.size() - 1; index >= 1; --index)
+                    pending.push_back({scratch.active, here->childAnnotated(index)->mark, int32_t(index)});
                 break;
             }
+            if (run.node.secondary) break;
             current = here->childAnnotated(0)->mark;
             child = 0;
         }
@@ -206,8 +232,9 @@ void ZMFEngine::walkLine(LineRun& run, LineActive&& initial) {
 }
 
 // Every active state's test at the current position, giving the next set.
-LineActive ZMFEngine::stepLine(LineRun& run, const LineActive& active, int32_t child, bool matchesSide) {
-    LineActive next;
+void ZMFEngine::stepLine(LineRun& run, const LineActive& active, LineActive& next, int32_t child,
+                         bool matchesSide) {
+    next.entries.clear();
     for (const LineActive::Entry& entry : active.entries) {
         if (entry.child != -1 && child != -1 && entry.child != child) continue;
         // A position of the other side is passed over; the path keeps going.
@@ -228,7 +255,6 @@ LineActive ZMFEngine::stepLine(LineRun& run, const LineActive& active, int32_t c
         for (size_t index = 0; index < children; ++index)
             tryLineEdge(run, next, state, entry.path, int32_t(index), true);
     }
-    return next;
 }
 
 // The state's constituent on the path's own variables; on success its

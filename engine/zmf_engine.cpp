@@ -19,6 +19,7 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     commitEntries.clear();
     lineBranch.clear();
     lineMemo_.clear();
+    lineDepth_ = 0;
     moveListDepth_ = 0;
     commentSequence = 0;
     current = 0;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -68,6 +69,7 @@ struct MoveTally;
 struct LinePath;
 struct LineActive;
 struct LineRun;
+struct LineScratch;
 struct LineState;
 
 struct PositionMatch {
@@ -78,6 +80,12 @@ struct PositionMatch {
 class ZMFEngine {
 public:
     using Game = PGN::Game<PGN::AnnotatedGameTreeNode>;
+
+    // Out of line, where the line filter's scratch type is complete.
+    ZMFEngine();
+    ~ZMFEngine();
+    ZMFEngine(ZMFEngine&&) noexcept;
+    ZMFEngine& operator=(ZMFEngine&&) noexcept;
 
     // Behaviour flags, set once before the first game.
     bool variations = false;
@@ -185,8 +193,8 @@ private:
 
     // The line filter's walk over the tree, its step at one position, one
     // constituent tried on a path, and the states and ends that follow.
-    void walkLine(LineRun& run, LineActive&& initial);
-    LineActive stepLine(LineRun& run, const LineActive& active, int32_t child, bool matchesSide);
+    void walkLine(LineRun& run, LineScratch& scratch);
+    void stepLine(LineRun& run, const LineActive& active, LineActive& next, int32_t child, bool matchesSide);
     void tryLineEdge(LineRun& run, LineActive& next, const LineState& state, const LinePath& path, int32_t child,
                      bool restricted);
     void addLineState(LineRun& run, LineActive& next, uint32_t stateIndex, int32_t child, const LinePath& path);
@@ -194,6 +202,8 @@ private:
     // For each line filter, the positions its matches have covered in this
     // game, which nestban keeps it from starting at again.
     std::map<const ZMFNode*, std::set<uint32_t>> lineMemo_;
+    std::vector<std::unique_ptr<LineScratch>> lineScratch_;
+    size_t lineDepth_ = 0;
 
     // Whether a value lies in a range node's ends.
     bool rangeHolds(const ZMFNode& rangeNode, int64_t value);

@@ -1,0 +1,26 @@
+# Shared by the benchmark scripts: the scaled corpus and timing by median.
+# Source it after setting here, copies, repeat and work.
+
+corpus=$here/../../shared/corpus/standard.pgn
+
+# The standard corpus repeated `copies` times, in $work/big.pgn.
+make_big_file() {
+    i=0
+    while [ $i -lt "$copies" ]; do cat "$corpus" >> "$work/big.pgn"; echo >> "$work/big.pgn"; i=$((i + 1)); done
+    size=$(wc -c < "$work/big.pgn")
+}
+
+# Runs a command `repeat` times; sets seconds to the median wall time and
+# peak to the median run's peak memory in MB. Its output is in $work/stdout.
+median_time() {
+    : > "$work/runs"
+    rep=0
+    while [ $rep -lt "$repeat" ]; do
+        /usr/bin/time -f '%e %M' -o "$work/time" "$@" > "$work/stdout" 2>&1 || { cat "$work/stdout" "$work/time"; exit 1; }
+        tail -n 1 "$work/time" >> "$work/runs"
+        rep=$((rep + 1))
+    done
+    set -- $(sort -n "$work/runs" | awk '{t[NR] = $1; m[NR] = $2} END {i = int((NR + 1) / 2); print t[i], m[i]}')
+    seconds=$1
+    peak=$(($2 / 1024))
+}
