@@ -69,6 +69,8 @@ bool runQuery(ZMFDriverOptions& options) {
     std::cout << std::flush;
     if (parser->errorReported()) return false;
     if (options.dumpNfaDiagrams) {
+        // The DOT text alone on standard error, ready for dot -Tpng.
+        std::cout << parser->nfaTexts << std::flush;
         std::cerr << parser->nfaDiagrams << std::flush;
         return true;
     }

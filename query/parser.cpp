@@ -37,6 +37,7 @@ void Parser::beginParse(const QuerySource& source) {
     lineContexts.clear();
     inducerSeen = false;
     nfaDiagrams.clear();
+    nfaTexts.clear();
     nfaDiagramsDumped.clear();
     header = QueryHeaderSettings{};
     depth_ = 0;

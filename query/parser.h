@@ -148,9 +148,11 @@ public:
         lineContexts.back().slots.insert(slot);
         return true;
     }
-    // The automata of the line filters read, in the DOT language, for
-    // --dump-nfa-diagrams; each line once, however often it is read.
+    // The automata of the line filters read, for --dump-nfa-diagrams: in
+    // the DOT language, and as text; each line once, however often it is
+    // read.
     std::string nfaDiagrams;
+    std::string nfaTexts;
     std::set<Offset> nfaDiagramsDumped;
 
     // What the query's zmf(...) header set; parseQuery hands it on.

@@ -255,7 +255,7 @@ private:
         PrintTarget text;
         line.print(text);
         parser.nfaDiagrams += lineNfaDot(line.automaton, text.text());
-        parser.nfaDiagrams += lineNfaText(line.automaton);
+        parser.nfaTexts += text.text() + "\n" + lineNfaText(line.automaton);
     }
 
     std::nullptr_t fail(const Token& at, std::string_view text) {
