@@ -1,7 +1,10 @@
-# Shared by the benchmark scripts: the scaled corpus and timing by median.
-# Source it after setting here, copies, repeat and work.
+# Shared by the benchmark scripts: a work folder, the scaled corpus and
+# timing by median. Sourced after setting here and copies; leaves the
+# corpus repeated `copies` times in $work/big.pgn, and its size in bytes.
 
 corpus=$here/../../shared/corpus/standard.pgn
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
 
 # The standard corpus repeated `copies` times, in $work/big.pgn.
 make_big_file() {
@@ -24,3 +27,5 @@ median_time() {
     seconds=$1
     peak=$(($2 / 1024))
 }
+
+make_big_file

@@ -21,10 +21,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 zmfi=${1:-$here/../build/release/zmfi}
 copies=${2:-20}
 repeat=${3:-3}
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 . "$here/bench_common.sh"
-make_big_file
 
 printf '%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs, single-threaded\n\n' \
     "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"

@@ -16,10 +16,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 zmfi=${1:-$here/../build/release/zmfi}
 copies=${2:-20}
 repeat=${3:-3}
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
 . "$here/bench_common.sh"
-make_big_file
 head -c $((size / 4)) "$work/big.pgn" | sed '$d' > "$work/quarter.pgn"
 
 printf '%s games of the standard corpus repeated %s times, %.1f MB; --variations; medians of %s runs, single-threaded\n\n' \
