@@ -17,16 +17,6 @@ RunTotals& runTotals() {
     return totals;
 }
 
-void setUpEngine(ZMFEngine& engine, const ZMFDriverOptions& options) {
-    engine.variations = options.processVariations;
-    engine.quiet = options.quiet;
-    engine.smartComments = options.smartComments;
-    engine.commitLog = options.commitLog;
-    engine.keepAllBest = options.keepAllBest;
-    engine.asyncMessages = options.asyncMessages;
-    engine.asyncErrors = options.asyncErrors;
-}
-
 PGN::PGNWriteOptions writeOptionsFrom(const ZMFDriverOptions& options) {
     PGN::PGNWriteOptions write;
     write.comments = options.emitComments;
@@ -96,11 +86,37 @@ bool deliverMessages(const ZMFEngine& engine, const ZMFDriverOptions& options, b
     std::lock_guard lock(totals.consoleLock);
     if (pool && totals.fatal) return false;
     for (const EngineMessage& message : engine.errors) {
+        if (message.delivered) continue;
         if (message.kind == 0) endOnFatal(message, engine, options);
         std::cout << messageText(message, options) << "\n";
     }
     std::cout << std::flush;
     return true;
+}
+
+// Each listed node loses the comments it was read with; the query's own
+// come later.
+void removeComments(const ZMFEngine& engine) {
+    for (const PositionRef& position : engine.commentRemovals) {
+        position.node->commentsAfter.clear();
+        position.node->commentsBefore.clear();
+    }
+}
+
+// Each edit acts on the first tag of its name.
+void applyTagChanges(const ZMFEngine& engine, const ZMFDriverOptions& options, RunGame& game) {
+    for (const TagChange& change : engine.tagChanges) {
+        auto found = std::find_if(game.tags.begin(), game.tags.end(),
+                                  [&](const PGN::GameTag& tag) { return tag.name == change.name; });
+        if (!change.value) {
+            if (options.removeTagAllowed && found != game.tags.end()) game.tags.erase(found);
+        } else if (options.setTagAllowed) {
+            if (found != game.tags.end())
+                found->value = *change.value;
+            else
+                game.tags.push_back({change.name, *change.value});
+        }
+    }
 }
 
 bool matchCountFits(const ZMFDriverOptions& options, size_t count) {
@@ -132,6 +148,23 @@ void addRootComment(RunGame& game, std::string text) {
 
 }  // namespace
 
+void setUpEngine(ZMFEngine& engine, const ZMFDriverOptions& options) {
+    engine.variations = options.processVariations;
+    engine.quiet = options.quiet;
+    engine.smartComments = options.smartComments;
+    engine.commitLog = options.commitLog;
+    engine.keepAllBest = options.keepAllBest;
+    engine.asyncMessages = options.asyncMessages;
+    engine.asyncErrors = options.asyncErrors;
+    // Messages shown as they come, under the console lock like all output
+    // of the workers.
+    engine.messageSink = [&engine, &options](const EngineMessage& message) {
+        std::lock_guard lock(runTotals().consoleLock);
+        if (message.kind == 0) endOnFatal(message, engine, options);
+        std::cout << messageText(message, options) << "\n" << std::flush;
+    };
+}
+
 bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine& engine, RunGame& game,
                  uint32_t number, bool pool, GameCounts& counts) {
     game.rewind();
@@ -146,6 +179,7 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
         std::fprintf(stderr, "<%u>", number);
     }
 
+    if (options.removeCommentAllowed) removeComments(engine);
     if (!options.noHeader && !options.silent) addRootComment(game, "Game number " + std::to_string(number));
     if (!options.quiet && !options.matchString.empty())
         for (const PositionMatch& match : matches)
@@ -158,9 +192,11 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
         output.sortKeys.push_back(numberKey(int64_t(matches.size()), false));
         if (!options.silent) addRootComment(game, "matchcount: " + std::to_string(matches.size()));
     }
-    if (!options.silent)
+    if (!options.silent) {
         for (const CommentEntry& entry : engine.commentLog)
             entry.position.node->commentsAfter.push_back({PGN::BraceComment, entry.text->toUtf8()});
+        applyTagChanges(engine, options, game);
+    }
 
     game.rewind();
     if (pool) output.sortKeys.push_back(numberKey(number, true));

@@ -8,6 +8,7 @@ namespace tarnfold::zmf {
 
 void ZMFEngine::runGame(Game& game, ParsedQuery& query, std::vector<PositionMatch>& matches) {
     prepare(query);
+    game_ = &game;
     layOut(game);
     if (query.root) runPositions(*query.root, matches);
 }
@@ -18,6 +19,8 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     commentLog.clear();
     commitEntries.clear();
     lineBranch.clear();
+    tagChanges.clear();
+    commentRemovals.clear();
     lineMemo_.clear();
     lineDepth_ = 0;
     moveListDepth_ = 0;
@@ -115,7 +118,14 @@ void ZMFEngine::addComment(uint32_t kind, ZmfString text, const PositionRef& pos
 
 void ZMFEngine::fail(uint32_t kind, std::string text, const ZMFNode& node) {
     errors.push_back({kind, std::move(text), node.location, current, gameNumber});
+    deliver(errors.back(), asyncErrors);
     abort = true;
+}
+
+void ZMFEngine::deliver(EngineMessage& message, bool asynchronous) {
+    if (!asynchronous || !messageSink) return;
+    messageSink(message);
+    message.delivered = true;
 }
 
 // Whatever a node gives, a false result takes back the comments and commit

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -47,13 +48,22 @@ struct CommitEntry {
     std::vector<CommentEntry> comments;
 };
 
-// A message or failure raised while a game is evaluated.
+// A message or failure raised while a game is evaluated. Kind 0 is a
+// failure that ends the run; the message filter's are kind 1.
 struct EngineMessage {
     uint32_t kind = 0;
     std::string text;
     OptionalOffset location;
     uint32_t positionId = 0;
     uint32_t gameNumber = 0;
+    bool delivered = false;  // already shown through the sink
+};
+
+// A tag edit that takes effect if the game matches: a value sets the tag,
+// none removes it.
+struct TagChange {
+    std::string name;
+    std::optional<std::string> value;
 };
 
 // A line being matched may allow only one continuation at a position: the
@@ -120,6 +130,11 @@ public:
     std::vector<CommentEntry> commentLog;
     std::vector<CommitEntry> commitEntries;
     std::vector<LineBranch> lineBranch;
+    std::vector<TagChange> tagChanges;
+    std::vector<PositionRef> commentRemovals;
+    // Where a message goes at once when the run shows them as they come;
+    // without one they wait in `errors` for the end of the game.
+    std::function<void(const EngineMessage&)> messageSink;
 
     // Evaluates the query at every position of the game (which must stand at
     // its root, as after rewind) and appends each match.
@@ -164,6 +179,10 @@ private:
     // Braces and the query root: every filter must hold.
     Value evaluateCompound(const std::vector<NodePtr>& children, const ZMFNode& node);
     std::string renderArgument(const ZMFNode& node);
+    // Hands a message to the sink when the run shows them as they come.
+    void deliver(EngineMessage& message, bool asynchronous);
+
+    const Game* game_ = nullptr;
 
     // Mate and stalemate tests try moves on the row's board and take them back.
     Board& mutableBoard() { return boards[current]; }
