@@ -173,7 +173,7 @@ Value ZMFEngine::eval(const LineNode& node) {
                        makeZmfString("Start line that ends at " +
                                      renderValue(Value::position(rowRef(end)), &boards[end])),
                        rowRef(start));
-            addComment(7,
+            addComment(8,
                        makeZmfString("End line of length " + std::to_string(length) + " that starts at " +
                                      startText),
                        rowRef(end));
