@@ -224,6 +224,11 @@ private:
     std::vector<std::unique_ptr<LineScratch>> lineScratch_;
     size_t lineDepth_ = 0;
 
+    // The lowest common ancestor of two rows, without a walk when the game
+    // is one line; and two operands that must both be positions.
+    uint32_t quickLca(uint32_t a, uint32_t b) const;
+    bool positionPair(const ZMFNode& left, const ZMFNode& right, uint32_t& a, uint32_t& b);
+
     // Whether a value lies in a range node's ends.
     bool rangeHolds(const ZMFNode& rangeNode, int64_t value);
 
