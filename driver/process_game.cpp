@@ -146,6 +146,33 @@ void addRootComment(RunGame& game, std::string text) {
     game.root->commentsAfter.push_back({PGN::BraceComment, std::move(text)});
 }
 
+// A key for each sort of the query, in its order, with the best value the
+// game gave it; and, unless silent or the sort is quiet, that value on the
+// game's first node.
+void addSortKeys(const ParsedQuery& query, const ZMFEngine& engine, const ZMFDriverOptions& options,
+                 RunGame& game, OutputGame& output) {
+    for (size_t index = 0; index < query.sortSlots.size(); ++index) {
+        const SortSlot& slot = query.sortSlots[index];
+        const std::optional<Value>& value = engine.sortSlots[index].value;
+        SortKey key;
+        key.ascending = slot.direction == SortDirection::Minimum;
+        std::string shown = "none";
+        if (value && value->is(ValueType::Numeric)) {
+            key.value = value->asNumeric();
+            key.hasValue = true;
+            shown = std::to_string(value->asNumeric());
+        } else if (value && value->is(ValueType::String)) {
+            shown = value->asString()->toUtf8();
+            key.value = shown;
+            key.hasValue = true;
+        }
+        output.sortKeys.push_back(std::move(key));
+        if (options.silent || slot.quiet) continue;
+        std::string label = slot.label ? *slot.label : "<sort-id-" + std::to_string(index) + ">";
+        addRootComment(game, label.append(": ").append(shown));
+    }
+}
+
 }  // namespace
 
 void setUpEngine(ZMFEngine& engine, const ZMFDriverOptions& options) {
@@ -188,6 +215,7 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
     counts.matchingPositions += uint32_t(matches.size());
 
     OutputGame output;
+    addSortKeys(query, engine, options, game, output);
     if (options.sortByMatchCount) {
         output.sortKeys.push_back(numberKey(int64_t(matches.size()), false));
         if (!options.silent) addRootComment(game, "matchcount: " + std::to_string(matches.size()));

@@ -20,6 +20,8 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     commitEntries.clear();
     lineBranch.clear();
     tagChanges.clear();
+    sortSlots.assign(query.sortSlots.size(), SlotState());
+    bestValueSlots.clear();
     commentRemovals.clear();
     lineMemo_.clear();
     lineDepth_ = 0;
@@ -105,6 +107,7 @@ void ZMFEngine::runPositions(const ZMFNode& root, std::vector<PositionMatch>& ma
         if (value.isTrue() || recordAll) matches.push_back({positions[id].node, std::move(value)});
         if (abort) break;
     }
+    settleCommits();
 }
 
 PositionRef ZMFEngine::currentRef() const {

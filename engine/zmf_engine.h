@@ -82,6 +82,13 @@ struct LineRun;
 struct LineScratch;
 struct LineState;
 
+// The best value a sort (or a best-value use) has seen in this game, with
+// the comments that came with it.
+struct SlotState {
+    std::optional<Value> value;
+    std::vector<CommentEntry> comments;
+};
+
 struct PositionMatch {
     PGN::AnnotatedGameTreeNode* node = nullptr;
     Value value;
@@ -131,6 +138,10 @@ public:
     std::vector<CommitEntry> commitEntries;
     std::vector<LineBranch> lineBranch;
     std::vector<TagChange> tagChanges;
+    // Settled at the end of the game: the sort slots in the query's order
+    // (the driver's sort keys), and the best-value slots.
+    std::vector<SlotState> sortSlots;
+    std::vector<SlotState> bestValueSlots;
     std::vector<PositionRef> commentRemovals;
     // Where a message goes at once when the run shows them as they come;
     // without one they wait in `errors` for the end of the game.
@@ -228,6 +239,18 @@ private:
     // is one line; and two operands that must both be positions.
     uint32_t quickLca(uint32_t a, uint32_t b) const;
     bool positionPair(const ZMFNode& left, const ZMFNode& right, uint32_t& a, uint32_t& b);
+
+    // The choosing filters: the marks of log sizes that max, min and a
+    // numeric echo keep the best operand's entries by, and the end-of-game
+    // settlement of the commit log.
+    struct BestKeeping {
+        size_t comments, commits;          // at entry
+        size_t keptComments, keptCommits;  // the end of what is kept so far
+    };
+    void keepBest(BestKeeping& keeping, int order);
+    Value bestOf(const std::vector<NodePtr>& arguments, ValueType type, bool maximum);
+    void markEcho(const EchoNode& node, uint32_t source, uint32_t target);
+    void settleCommits();
 
     // Whether a value lies in a range node's ends.
     bool rangeHolds(const ZMFNode& rangeNode, int64_t value);

@@ -22,6 +22,7 @@ struct SortSlot {
     SortDirection direction = SortDirection::Maximum;
     ValueType valueType = ValueType::Numeric;
     OptionalOffset location;  // of the first sort filter of this slot
+    bool quiet = false;       // the first sort filter of this slot writes no comment
 };
 
 }  // namespace tarnfold::zmf

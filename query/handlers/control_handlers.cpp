@@ -247,9 +247,11 @@ public:
             OptionalOffset at = operand->location;
             operand = std::make_unique<SetToNumericConversionNode>(at, std::move(operand));
         }
+        const size_t slotsBefore = parser.sortSlots.size();
         std::optional<std::uint32_t> slot =
             claimSortSlot(parser, token, label, direction, operand->valueType);
         if (!slot) return nullptr;
+        if (parser.sortSlots.size() > slotsBefore) parser.sortSlots[*slot].quiet = quiet;
         return makeNode<SortNode>(parser, token, *slot, direction, std::move(label), quiet,
                                   std::move(operand));
     }
