@@ -2,6 +2,8 @@
 // comments, max and min keep the comments of the chosen operand, echo
 // compares the position with every other.
 
+#include <algorithm>
+
 #include "engine/collate.h"
 #include "engine/node_cast.h"
 #include "engine/zmf_engine.h"
@@ -148,6 +150,78 @@ void ZMFEngine::markEcho(const EchoNode& node, uint32_t source, uint32_t target)
             addComment(10, makeZmfString("id:" + std::to_string(id)), rowRef(id));
     const uint32_t common = quickLca(source, target);
     if (common != source && common != target) addComment(4, makeZmfString("LCA"), rowRef(common));
+}
+
+namespace {
+
+// A move as the same move in any position: origin, target and piece.
+constexpr uint32_t contextFreeBits = 0xF0000FFF;
+
+struct LineMove {
+    uint32_t move;
+    uint32_t row;  // the position the move leads to
+};
+
+// The moves from the common ancestor down to the position, in order.
+void movesDownTo(const PositionRow& row, uint32_t ancestor, std::vector<LineMove>& moves) {
+    moves.clear();
+    for (const PGN::AnnotatedGameTreeNode* at = row.node; at && at->mark != ancestor; at = at->parentAnnotated())
+        moves.push_back({at->move.value & contextFreeBits, at->mark});
+    std::reverse(moves.begin(), moves.end());
+}
+
+struct CommonRun {
+    size_t length = 0, left = 0, right = 0;  // the run ends before these indices
+};
+
+// The longest run of equal moves in both lists, by the table of common
+// suffix lengths; of runs of one length the first found row by row.
+CommonRun longestCommonRun(const std::vector<LineMove>& left, const std::vector<LineMove>& right) {
+    CommonRun best;
+    std::vector<size_t> above(right.size() + 1, 0), row(right.size() + 1, 0);
+    for (size_t i = 0; i < left.size(); ++i) {
+        for (size_t j = 0; j < right.size(); ++j) {
+            row[j + 1] = left[i].move == right[j].move ? above[j] + 1 : 0;
+            if (row[j + 1] > best.length) best = {row[j + 1], i + 1, j + 1};
+        }
+        std::swap(above, row);
+    }
+    return best;
+}
+
+}  // namespace
+
+// The longest sequence of moves that the lines to two positions play alike
+// after they part; the game's longest run and its move comments are kept
+// in the node's best-value slot.
+Value ZMFEngine::eval(const ConsecutivemovesNode& node) {
+    const size_t comments = commentLog.size();
+    uint32_t p, q;
+    if (!positionPair(*node.left, *node.right, p, q)) return Value();
+    const uint32_t common = quickLca(p, q);
+    if (common == p || common == q) return Value();
+    std::vector<LineMove> left, right;
+    movesDownTo(positions[p], common, left);
+    movesDownTo(positions[q], common, right);
+    const CommonRun run = longestCommonRun(left, right);
+    const int64_t length = int64_t(run.length);
+    if (node.range && !rangeHolds(*node.range, length)) return Value();
+    CommitEntry entry{0, Value::numeric(length), node.bestValueSlot, true, {}};
+    if (smartComments) {
+        entry.comments.assign(commentLog.begin() + std::ptrdiff_t(comments), commentLog.end());
+        commentLog.resize(comments);
+    }
+    if (length > 0 && !node.quiet && !quiet)
+        for (size_t k = 1; k <= run.length; ++k) {
+            const ZmfString text = makeZmfString("-move[" + std::to_string(k) + "]");
+            for (const auto& [moves, end] : {std::pair(&left, run.left), std::pair(&right, run.right)}) {
+                const uint32_t row = (*moves)[end - run.length + k - 1].row;
+                entry.comments.push_back({10, text, rowRef(row), commentSequence++});
+            }
+        }
+    commitEntries.push_back(std::move(entry));
+    if (length == 0) return Value();
+    return Value::numeric(length);
 }
 
 }  // namespace tarnfold::zmf

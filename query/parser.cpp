@@ -44,6 +44,7 @@ void Parser::beginParse(const QuerySource& source) {
     expressions_ = 0;
     symbols.reset();
     sortSlots.clear();
+    bestValueSlotCount = 0;
     tries_.clear();
     source_ = source;
     reader_.setText(source_.text());

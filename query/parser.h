@@ -117,8 +117,10 @@ public:
 
     // Variables, scopes and functions of the query being parsed.
     SymbolTable symbols;
-    // The sort descriptions met so far, numbered in order.
+    // The sort descriptions met so far, numbered in order, and the number
+    // of best-value slots handed out.
     std::vector<SortSlot> sortSlots;
+    std::uint32_t bestValueSlotCount = 0;
     // Function bodies being expanded, innermost last.
     const std::vector<ReplayRecord>& instantiations() const { return reader_.state().replays; }
     void pushReplay(ReplayRecord record) { reader_.state().replays.push_back(std::move(record)); }

@@ -398,8 +398,10 @@ public:
             return nullptr;
         }
         parser.nextToken();
-        return makeNode<ConsecutivemovesNode>(parser, token, std::move(range), std::move(left),
-                                              std::move(right), quiet);
+        auto node = makeNode<ConsecutivemovesNode>(parser, token, std::move(range), std::move(left),
+                                                   std::move(right), quiet);
+        node->bestValueSlot = parser.bestValueSlotCount++;
+        return node;
     }
 
 private:

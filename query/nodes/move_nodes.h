@@ -71,6 +71,8 @@ public:
     NodePtr left;
     NodePtr right;
     bool quiet;  // no comments on the moves of the run
+    // The game's longest run is kept in a best-value slot of its own.
+    std::uint32_t bestValueSlot = 0;
 };
 
 }  // namespace tarnfold::zmf
