@@ -55,15 +55,19 @@ void ZMFEngine::layOut(Game& game) {
 }
 
 // A row's board needs no history: the move stack is left out of the copy,
-// which keeps the table linear in the length of the game.
+// which keeps the table linear in the length of the game. A new row is a
+// copy too, not a fresh board, which would reserve a move stack that a row
+// never fills.
 void ZMFEngine::addRow(Game& game, PGN::AnnotatedGameTreeNode* node, uint16_t depth, bool virtualMainline) {
     const uint32_t id = uint32_t(positions.size());
     positions.push_back({node, id, depth, virtualMainline});
     node->mark = id;
-    if (boards.size() <= id) boards.emplace_back();
     std::vector<UndoRecord> history;
     std::swap(history, game.board.moveStack);
-    boards[id] = game.board;
+    if (boards.size() <= id)
+        boards.push_back(game.board);
+    else
+        boards[id] = game.board;
     std::swap(history, game.board.moveStack);
 }
 
