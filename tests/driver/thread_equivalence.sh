@@ -16,7 +16,8 @@ games=$scratch/input.pgn
 log_body() { grep -v '^Analyzed ' "$1" | sed 's/ written to .*$//'; }
 
 status=0
-for query in true check mate 'wtm and #P < #p' 'btm and #[QR] > #[qr]'; do
+for query in true check mate 'wtm and #P < #p' 'btm and #[QR] > #[qr]' 'sort "material" #A - #a' \
+    'sort min "first check" {check ply}' 'line --> move capture . {3,}'; do
     for flags in "" "--variations"; do
         "$zmfi" $flags --zmf "$query" -i "$games" -o "$scratch/single.pgn" > "$scratch/single.log" || exit 1
         log_body "$scratch/single.log" > "$scratch/single.body"
