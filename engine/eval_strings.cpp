@@ -90,15 +90,8 @@ Value optionalNumber(const std::optional<uint32_t>& number) {
 Value ZMFEngine::eval(const PatternMatchNode& node) {
     const Value subject = evaluate(*node.left);
     if (!subject.is(ValueType::String)) return Value();
-    icu::RegexMatcher* matcher = regex.prepare(node.pattern, subject.asString());
-    if (!matcher) return Value();
-    UErrorCode status = U_ZERO_ERROR;
-    if (!matcher->find(0, status) || U_FAILURE(status)) return Value();
-    icu::UnicodeString matched = matcher->group(status);
-    if (U_FAILURE(status)) return Value();
-    regex.keepLast();
-    regex.noMatchYet = false;
-    return stringValue(std::move(matched));
+    ZmfString matched = regex.search(node.pattern, subject.asString());
+    return matched ? Value::string(std::move(matched)) : Value();
 }
 
 // \N: a group that took no part in the last match, or one the pattern does
