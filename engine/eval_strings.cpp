@@ -19,14 +19,6 @@ namespace {
 
 Value stringValue(icu::UnicodeString text) { return Value::string(makeZmfStringFromUnicode(std::move(text))); }
 
-// Whether `part` occurs in `whole`; the empty string occurs in every one,
-// and a bogus one in none.
-bool occursIn(const ZmfString& part, const ZmfString& whole) {
-    if (part->text().isBogus()) return false;
-    if (part->text().isEmpty()) return true;
-    return whole->text().indexOf(part->text()) >= 0;
-}
-
 // The stretch of a string that a slice names, in code points: `low` may be
 // below 0, which the translation to code units pins at the start.
 struct SliceRange {
@@ -76,7 +68,7 @@ std::optional<int64_t> wholeInteger(const std::string& text) {
 // test whether the literal occurs in it, an absent tag failing.
 Value readTag(const ZmfString& text, const NodePtr& literal) {
     if (!literal) return text ? Value::string(text) : Value();
-    return Value::boolean(text && occursIn(as<StringNode>(*literal).value, text));
+    return Value::boolean(text && text->contains(*as<StringNode>(*literal).value));
 }
 
 Value optionalNumber(const std::optional<uint32_t>& number) {
@@ -130,7 +122,7 @@ Value ZMFEngine::iterateMatches(const StringIteratorNode& node) {
     const ZmfString text = subject.asString();
     if (text->text().isBogus()) return Value::boolean(true);
     int64_t start = 0;
-    while (!abort) {
+    for (;;) {
         regex.noMatchYet = true;
         icu::RegexMatcher* matcher = regex.prepare(match.pattern, text);
         if (!matcher) break;
@@ -154,7 +146,7 @@ Value ZMFEngine::iterateCharacters(const StringIteratorNode& node) {
     // Held here: the body may assign to the variable it came from.
     const ZmfString text = source.asString();
     const icu::UnicodeString& units = text->text();
-    for (int32_t at = 0; at < units.length() && !abort;) {
+    for (int32_t at = 0; at < units.length();) {
         const int32_t next = units.moveIndex32(at, 1);
         variables.resolve(node.slot) = stringValue(units.tempSubStringBetween(at, next));
         evaluate(*node.body);

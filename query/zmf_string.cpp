@@ -42,6 +42,12 @@ std::int64_t ZmfStringImpl::codePointOffset(std::int32_t codeUnit) const {
     return codeUnit - static_cast<std::int64_t>(pairs);
 }
 
+bool ZmfStringImpl::contains(const ZmfStringImpl& part) const {
+    if (part.text_.isBogus()) return false;
+    if (part.text_.isEmpty()) return true;
+    return text_.indexOf(part.text_) >= 0;
+}
+
 std::string ZmfStringImpl::toUtf8() const {
     std::string utf8;
     text_.toUTF8String(utf8);

@@ -36,6 +36,10 @@ public:
     // Ascending indices of the low halves of the surrogate pairs.
     const std::vector<std::uint32_t>& lowSurrogates() const { return lowSurrogates_; }
 
+    // Whether `part` occurs in this string: the empty string occurs in every
+    // string, and one in the bogus state in none.
+    bool contains(const ZmfStringImpl& part) const;
+
     std::string toUtf8() const;
 
 private:

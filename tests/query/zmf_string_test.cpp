@@ -94,6 +94,21 @@ TEST(ZmfString, EmptyValuesShareOneInstance) {
     EXPECT_NE(makeZmfString("a").get(), makeZmfString("a").get());
 }
 
+TEST(ZmfString, ContainsFindsCodeUnitsExactly) {
+    ZmfString whole = makeZmfString(clefAndSmile);
+    EXPECT_TRUE(whole->contains(*makeZmfString("\xF0\x9F\x98\x80" "c")));
+    EXPECT_TRUE(whole->contains(*whole));
+    EXPECT_FALSE(whole->contains(*makeZmfString("ac")));
+    // é written whole and as e with a combining accent are different units.
+    EXPECT_FALSE(makeZmfString("caf\xC3\xA9")->contains(*makeZmfString("e\xCC\x81")));
+    // The empty string is in every string, the empty one too; a bogus one is in none.
+    EXPECT_TRUE(emptyZmfString()->contains(*emptyZmfString()));
+    icu::UnicodeString bogus;
+    bogus.setToBogus();
+    EXPECT_FALSE(whole->contains(ZmfStringImpl(bogus)));
+    EXPECT_FALSE(ZmfStringImpl(bogus).contains(ZmfStringImpl(bogus)));
+}
+
 TEST(ZmfString, Utf8RoundTripAndIllFormedBytes) {
     for (const char* text : {clefAndSmile, "plain", "\xC3\xA9t\xC3\xA9 \xE4\xB8\xAD", "line\nbreak"})
         EXPECT_EQ(makeZmfString(text)->toUtf8(), text);
