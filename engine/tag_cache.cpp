@@ -64,11 +64,6 @@ std::optional<uint32_t> ratingOf(const std::string& text) {
     return static_cast<uint32_t>(number);
 }
 
-const std::vector<PGN::GameTag>& TagCache::tags() const {
-    static const std::vector<PGN::GameTag> none;
-    return tags_ ? *tags_ : none;
-}
-
 void TagCache::bind(const std::vector<PGN::GameTag>& tags) {
     tags_ = &tags;
     filled_ = false;

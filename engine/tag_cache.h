@@ -29,10 +29,6 @@ public:
     // A new game: nothing is read until a filter asks.
     void bind(const std::vector<PGN::GameTag>& tags);
 
-    // The game's tags as they stand, for the filters that look a tag up by
-    // its name; none before the first game.
-    const std::vector<PGN::GameTag>& tags() const;
-
     // Filled on the first call in a game.
     const TagValues& values() {
         if (!filled_) fill();
