@@ -1,9 +1,10 @@
 #!/bin/sh
 # The cost of the filters that real queries use most, over the standard
 # corpus repeated (20 copies, about 50,000 games): board geometry (a knight
-# fork, an x-ray through a piece to the king, passed pawns) and generated
+# fork, an x-ray through a piece to the king, passed pawns), generated
 # moves (a position with one legal move, a mate in one found by trying
-# every move), each single-threaded. In the same run pgn-extract reads and
+# every move) and the tags (a player's name, a rating, a pattern over a
+# name, read from the tags once per game), each single-threaded. In the same run pgn-extract reads and
 # writes the same file; its time over a query's is the speed-up (target at
 # least 2). Each query runs twice: as written, writing the games it
 # matches, and as {QUERY false}, which evaluates it at every position and
@@ -60,4 +61,7 @@ xray-pin|xray (R a k)
 passed|#passedpawns >= 3
 one-legal|move legal count == 1
 mate-in-1|move legal : mate
+player|player white "Smith"
+elo|elo white > 2500
+name-regex|player black ~~ "^Z\w*, [A-M]"
 EOF

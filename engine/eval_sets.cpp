@@ -9,14 +9,6 @@ namespace tarnfold::zmf {
 
 namespace {
 
-// A string is in another if it occurs in it; the empty string is in every
-// string and a string in the bogus state is in none.
-bool contained(const ZmfString& left, const ZmfString& right) {
-    if (left->text().isBogus()) return false;
-    if (left->text().isEmpty()) return true;
-    return right->text().indexOf(left->text()) >= 0;
-}
-
 bool bothSets(const Value& left, const Value& right) {
     return left.is(ValueType::Set) && right.is(ValueType::Set);
 }
@@ -42,7 +34,7 @@ Value ZMFEngine::eval(const InNode& node) {
     auto [left, right] = evaluateOperands(*this, node);
     if (bothSets(left, right)) return Value::boolean((left.asSet() & ~right.asSet()) == 0);
     if (left.is(ValueType::String) && right.is(ValueType::String))
-        return Value::boolean(contained(left.asString(), right.asString()));
+        return Value::boolean(right.asString()->contains(*left.asString()));
     return Value();
 }
 

@@ -11,13 +11,15 @@
 namespace tarnfold::zmf {
 
 // A string literal is its text, a bare variant its name; anything else is
-// evaluated, and a position shows as its move number and side to move.
-std::string ZMFEngine::renderArgument(const ZMFNode& node) {
+// evaluated. A position shows as its move number and side to move in a
+// comment, and as its id in a string made by str.
+std::string ZMFEngine::renderArgument(const ZMFNode& node, bool asComment) {
     const ZMFNode& inner = unwrapParens(node);
     if (inner.kind == NodeKind::String) return as<StringNode>(inner).value->toUtf8();
     if (inner.kind == NodeKind::Variant) return std::string(variantName(board().variant));
     const Value value = evaluate(inner);
-    if (value.is(ValueType::Position)) return renderValue(value, &boards[value.asPosition().id]);
+    if (value.is(ValueType::Position))
+        return renderValue(value, asComment ? &boards[value.asPosition().id] : nullptr);
     return renderValue(value, &board());
 }
 

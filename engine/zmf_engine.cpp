@@ -9,6 +9,8 @@ namespace tarnfold::zmf {
 void ZMFEngine::runGame(Game& game, ParsedQuery& query, std::vector<PositionMatch>& matches) {
     prepare(query);
     game_ = &game;
+    // Its tags are read only if a tag filter asks.
+    tagCache.bind(game.tags);
     layOut(game);
     if (query.root) runPositions(*query.root, matches);
 }
@@ -28,7 +30,7 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     moveListDepth_ = 0;
     commentSequence = 0;
     current = 0;
-    tagsParsed = false;
+    regex.noMatchYet = true;
     hasVariations = false;
     abort = false;
     evaluations_ = 0;

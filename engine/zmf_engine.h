@@ -16,6 +16,8 @@
 #include <vector>
 
 #include "chess/board.h"
+#include "engine/regex_state.h"
+#include "engine/tag_cache.h"
 #include "engine/value.h"
 #include "engine/variable_store.h"
 #include "pgn/game.h"
@@ -126,9 +128,13 @@ public:
     uint32_t lastPosition = 0;
     uint16_t maxPieceId = 0;
 
-    bool tagsParsed = false;
     bool hasVariations = false;
     bool abort = false;
+
+    // The game's tags, read for the tag filters on first use in a game.
+    TagCache tagCache;
+    // The last pattern match, which the capture filters read.
+    RegexState regex;
 
     std::vector<PositionRow> positions;
     std::vector<Board> boards;
@@ -189,11 +195,20 @@ private:
 
     // Braces and the query root: every filter must hold.
     Value evaluateCompound(const std::vector<NodePtr>& children, const ZMFNode& node);
-    std::string renderArgument(const ZMFNode& node);
+    // The text of an argument of comment, message or str; a position shows
+    // as its move and side in a comment, and as its id otherwise.
+    std::string renderArgument(const ZMFNode& node, bool asComment = true);
     // Hands a message to the sink when the run shows them as they come.
     void deliver(EngineMessage& message, bool asynchronous);
 
     const Game* game_ = nullptr;
+
+    // Assignment into a slice of a string variable.
+    Value assignSlice(const SliceNode& slice, const ZMFNode& value);
+    // The two loops of StringIteratorNode: over the matches of a pattern,
+    // and over the characters of a string.
+    Value iterateMatches(const StringIteratorNode& node);
+    Value iterateCharacters(const StringIteratorNode& node);
 
     // Mate and stalemate tests try moves on the row's board and take them back.
     Board& mutableBoard() { return boards[current]; }

@@ -1,5 +1,7 @@
 #include "query/zmf_string.h"
 
+#include <algorithm>
+
 #include <unicode/utf16.h>
 
 namespace tarnfold::zmf {
@@ -27,6 +29,23 @@ std::int32_t ZmfStringImpl::codeUnitOffset(std::int64_t codePoint) const {
             above = middle;
     }
     return static_cast<std::int32_t>(codePoint + static_cast<std::int64_t>(below));
+}
+
+std::int64_t ZmfStringImpl::codePointOffset(std::int32_t codeUnit) const {
+    if (codeUnit <= 0) return 0;
+    if (codeUnit >= text_.length()) return length();
+    // Every low half at or below the unit belongs to a pair that started
+    // before it and took two units for one code point.
+    const auto pairs = std::upper_bound(lowSurrogates_.begin(), lowSurrogates_.end(),
+                                        static_cast<std::uint32_t>(codeUnit)) -
+                       lowSurrogates_.begin();
+    return codeUnit - static_cast<std::int64_t>(pairs);
+}
+
+bool ZmfStringImpl::contains(const ZmfStringImpl& part) const {
+    if (part.text_.isBogus()) return false;
+    if (part.text_.isEmpty()) return true;
+    return text_.indexOf(part.text_) >= 0;
 }
 
 std::string ZmfStringImpl::toUtf8() const {

@@ -28,8 +28,17 @@ public:
     // or beyond the length are clamped to the string's ends.
     std::int32_t codeUnitOffset(std::int64_t codePoint) const;
 
+    // The other way: the code points before code unit `codeUnit`, which ICU
+    // gives for a match or a search. The low half of a pair gives the pair's
+    // own offset; offsets outside the string are clamped to its ends.
+    std::int64_t codePointOffset(std::int32_t codeUnit) const;
+
     // Ascending indices of the low halves of the surrogate pairs.
     const std::vector<std::uint32_t>& lowSurrogates() const { return lowSurrogates_; }
+
+    // Whether `part` occurs in this string: the empty string occurs in every
+    // string, and one in the bogus state in none.
+    bool contains(const ZmfStringImpl& part) const;
 
     std::string toUtf8() const;
 

@@ -24,6 +24,10 @@ TEST(ZmfString, LengthsAndOffsetsCountCodePointsAcrossSurrogatePairs) {
     for (std::int64_t k = -2; k <= 7; ++k) offsets.push_back(s->codeUnitOffset(k));
     // Clamped below 0 and beyond the length.
     EXPECT_EQ(offsets, (std::vector<std::int32_t>{0, 0, 0, 1, 3, 4, 6, 7, 7, 7}));
+    // Back from units, a low half standing for its pair.
+    std::vector<std::int64_t> points;
+    for (std::int32_t unit = -1; unit <= 8; ++unit) points.push_back(s->codePointOffset(unit));
+    EXPECT_EQ(points, (std::vector<std::int64_t>{0, 0, 1, 1, 2, 3, 3, 4, 5, 5}));
 
     // Pairs back to back, at both ends.
     s = makeZmfString("\xF0\x9F\x98\x80\xF0\x9F\x98\x80");
@@ -61,8 +65,10 @@ TEST(ZmfString, OffsetsAgreeWithIcuOnRandomText) {
             text.append(static_cast<UChar32>(alphabet[random() % alphabet.size()]));
         ZmfString s = makeZmfStringFromUnicode(text);
         ASSERT_EQ(s->length(), text.countChar32());
-        for (std::int32_t k = 0; k <= s->length(); ++k)
+        for (std::int32_t k = 0; k <= s->length(); ++k) {
             ASSERT_EQ(s->codeUnitOffset(k), text.moveIndex32(0, k)) << round << " at " << k;
+            ASSERT_EQ(s->codePointOffset(text.moveIndex32(0, k)), k) << round << " back from " << k;
+        }
     }
 }
 
@@ -86,6 +92,21 @@ TEST(ZmfString, EmptyValuesShareOneInstance) {
 
     // Anything else is a new instance each time.
     EXPECT_NE(makeZmfString("a").get(), makeZmfString("a").get());
+}
+
+TEST(ZmfString, ContainsFindsCodeUnitsExactly) {
+    ZmfString whole = makeZmfString(clefAndSmile);
+    EXPECT_TRUE(whole->contains(*makeZmfString("\xF0\x9F\x98\x80" "c")));
+    EXPECT_TRUE(whole->contains(*whole));
+    EXPECT_FALSE(whole->contains(*makeZmfString("ac")));
+    // é written whole and as e with a combining accent are different units.
+    EXPECT_FALSE(makeZmfString("caf\xC3\xA9")->contains(*makeZmfString("e\xCC\x81")));
+    // The empty string is in every string, the empty one too; a bogus one is in none.
+    EXPECT_TRUE(emptyZmfString()->contains(*emptyZmfString()));
+    icu::UnicodeString bogus;
+    bogus.setToBogus();
+    EXPECT_FALSE(whole->contains(ZmfStringImpl(bogus)));
+    EXPECT_FALSE(ZmfStringImpl(bogus).contains(ZmfStringImpl(bogus)));
 }
 
 TEST(ZmfString, Utf8RoundTripAndIllFormedBytes) {
