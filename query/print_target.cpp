@@ -56,17 +56,40 @@ void printPrefix(PrintTarget& target, std::string_view spelling, const ZMFNode& 
     target.ends = PrintedEnds{closedEnd, std::min(operandPower, operandEnds.right)};
 }
 
+namespace {
+
+// Whether the text ends in a filter that takes a string literal after it
+// if one follows, such as date or player white: a string written next
+// would be read as that literal.
+bool endsWithLiteralTaker(std::string_view text) {
+    while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back()))) text.remove_suffix(1);
+    static constexpr std::string_view takers[] = {"date",  "event", "eventdate",       "site",       "eco",
+                                                  "player", "white", "originalcomment", "hascomment", "black"};
+    for (std::string_view word : takers) {
+        if (!text.ends_with(word)) continue;
+        const std::size_t before = text.size() - word.size();
+        if (before == 0 || !(std::isalnum(static_cast<unsigned char>(text[before - 1])) || text[before - 1] == '_'))
+            return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 void printSequence(PrintTarget& target, const std::vector<NodePtr>& nodes, std::string_view separator,
-                   std::string_view terminator) {
+                   std::string_view terminator, bool stringsStandAlone) {
     bool first = true;
     for (const NodePtr& node : nodes) {
         if (!first) target << separator;
         PrintTarget inner = target.sibling();
         printOperand(inner, *node, 0, 0);
-        if (!first && !inner.text().empty() && inner.text().front() == '-')
-            writeParenthesised(target, inner.text());
+        const std::string& text = inner.text();
+        const bool absorbed =
+            !stringsStandAlone && !text.empty() && text.front() == '"' && endsWithLiteralTaker(target.text());
+        if (!first && !text.empty() && (text.front() == '-' || absorbed))
+            writeParenthesised(target, text);
         else
-            target << inner.text();
+            target << text;
         target << terminator;
         first = false;
     }

@@ -88,8 +88,10 @@ void printPrefix(PrintTarget& target, std::string_view spelling, const ZMFNode& 
 // at the top of a query: `separator` goes between two of them, `terminator`
 // behind each. A filter whose text starts with a minus is parenthesised
 // unless it comes first, since the minus would continue the filter before it
-// as a subtraction.
+// as a subtraction. So is a string literal behind a filter that would take
+// it as its own (date "x"), unless the list is one of comment or message,
+// whose filters leave string arguments alone.
 void printSequence(PrintTarget& target, const std::vector<NodePtr>& nodes, std::string_view separator,
-                   std::string_view terminator);
+                   std::string_view terminator, bool stringsStandAlone = false);
 
 }  // namespace tarnfold::zmf

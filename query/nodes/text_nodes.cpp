@@ -10,9 +10,10 @@ namespace {
 
 // "keyword(a b c)": the arguments stand side by side as in braces, and the
 // parentheses close the text on both sides.
-void printArgumentList(PrintTarget& target, std::string_view keyword, const std::vector<NodePtr>& arguments) {
+void printArgumentList(PrintTarget& target, std::string_view keyword, const std::vector<NodePtr>& arguments,
+                       bool stringsStandAlone) {
     target << keyword << "(";
-    printSequence(target, arguments, " ", "");
+    printSequence(target, arguments, " ", "", stringsStandAlone);
     target << ")";
     target.ends = PrintedEnds{};
 }
@@ -51,7 +52,7 @@ CommentNode::CommentNode(OptionalOffset location, std::vector<NodePtr> arguments
     spanToLastArgument(*this, this->arguments);
 }
 
-void CommentNode::print(PrintTarget& target) const { printArgumentList(target, "comment", arguments); }
+void CommentNode::print(PrintTarget& target) const { printArgumentList(target, "comment", arguments, true); }
 
 void CommentNode::dump(DumpTarget& target, bool isLast) const {
     dumpArgumentList(*this, target, isLast, "Comment", arguments);
@@ -65,7 +66,7 @@ MessageNode::MessageNode(OptionalOffset location, std::vector<NodePtr> arguments
 }
 
 void MessageNode::print(PrintTarget& target) const {
-    printArgumentList(target, quiet ? "message quiet" : "message", arguments);
+    printArgumentList(target, quiet ? "message quiet" : "message", arguments, true);
 }
 
 void MessageNode::dump(DumpTarget& target, bool isLast) const {
@@ -77,7 +78,7 @@ StrNode::StrNode(OptionalOffset location, std::vector<NodePtr> arguments)
     spanToLastArgument(*this, this->arguments);
 }
 
-void StrNode::print(PrintTarget& target) const { printArgumentList(target, "str", arguments); }
+void StrNode::print(PrintTarget& target) const { printArgumentList(target, "str", arguments, false); }
 
 void StrNode::dump(DumpTarget& target, bool isLast) const {
     dumpArgumentList(*this, target, isLast, "Str", arguments);
