@@ -33,7 +33,7 @@ struct RatingChoice {
     void offer(std::string_view rest, const std::string& text) {
         const size_t offered = ratingRank(rest);
         if (offered > rank || offered == ratingSystems.size()) return;
-        if (const std::optional<uint32_t> rating = ratingOf(text)) {
+        if (const std::optional<uint32_t> rating = PGN::ratingOf(text)) {
             rank = offered;
             value = rating;
         }
@@ -52,16 +52,6 @@ std::optional<uint32_t> yearOfDate(std::string_view date) {
     uint32_t year = 0;
     for (size_t i = 0; i < 4; ++i) year = year * 10 + uint32_t(date[i] - '0');
     return year;
-}
-
-std::optional<uint32_t> ratingOf(const std::string& text) {
-    if (text.empty()) return std::nullopt;
-    char* end = nullptr;
-    errno = 0;
-    const long number = std::strtol(text.c_str(), &end, 10);
-    if (errno != 0 || *end != '\0' || number <= 0) return std::nullopt;
-    if (static_cast<unsigned long>(number) > std::numeric_limits<uint32_t>::max()) return std::nullopt;
-    return static_cast<uint32_t>(number);
 }
 
 void TagCache::bind(const std::vector<PGN::GameTag>& tags) {

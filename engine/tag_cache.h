@@ -53,7 +53,5 @@ private:
 // fifth.
 std::optional<uint32_t> yearOfDate(std::string_view date);
 
-// A rating as the tags write it: a whole positive decimal number.
-std::optional<uint32_t> ratingOf(const std::string& text);
 
 }  // namespace tarnfold::zmf

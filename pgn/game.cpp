@@ -46,6 +46,8 @@ std::optional<uint32_t>* ratingField(std::string_view name, GameInfo& info) {
     return nullptr;
 }
 
+}  // namespace
+
 std::optional<uint32_t> ratingOf(const std::string& value) {
     if (value.empty()) return std::nullopt;
     char* end = nullptr;
@@ -55,8 +57,6 @@ std::optional<uint32_t> ratingOf(const std::string& value) {
     if (static_cast<unsigned long>(number) > std::numeric_limits<uint32_t>::max()) return std::nullopt;
     return static_cast<uint32_t>(number);
 }
-
-}  // namespace
 
 void extractGameInfo(const std::vector<GameTag>& tags, GameInfo& info) {
     // The record is reused from game to game: nothing of the last game stays.

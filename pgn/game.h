@@ -70,4 +70,8 @@ struct GameInfo {
 
 void extractGameInfo(const std::vector<GameTag>& tags, GameInfo& info);
 
+// A rating tag's value: a whole positive number, or nothing ("0", "-",
+// "?" and the like mean unrated).
+std::optional<uint32_t> ratingOf(const std::string& value);
+
 }  // namespace tarnfold::PGN
