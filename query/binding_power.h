@@ -98,8 +98,9 @@ constexpr BindingPower bindingPower(TokenKind kind) {
 // behind it: within its own parentheses or braces, or as far as the text
 // goes, as assert, loop and the direction filters do.
 
-// The body of find.
+// The body of find, and of each transform.
 inline constexpr BindingPower findBody = 15;
+inline constexpr BindingPower transformBody = 15;
 inline constexpr BindingPower notOperand = 30;
 // abs, ascii, position, sqrt, and makesquare without parentheses.
 inline constexpr BindingPower absOperand = 45;

@@ -46,6 +46,10 @@ void Parser::beginParse(const QuerySource& source) {
     sortSlots.clear();
     bestValueSlotCount = 0;
     tries_.clear();
+    transformStack.clear();
+    transformMarks.clear();
+    voidCopyFlag = false;
+    rotate45Location.reset();
     source_ = source;
     reader_.setText(source_.text());
 }
@@ -112,28 +116,7 @@ Token Parser::readRawWord() {
 
 namespace {
 
-// Filters whose parsing is still to come: a user who writes one is told so,
-// rather than that a keyword is unexpected.
-bool isFilterNotYetBuilt(TokenKind kind) {
-    switch (kind) {
-        case TokenKind::KwFlip:
-        case TokenKind::KwFlipcolor:
-        case TokenKind::KwFliphorizontal:
-        case TokenKind::KwFlipvertical:
-        case TokenKind::KwReversecolor:
-        case TokenKind::KwRotate45:
-        case TokenKind::KwRotate90:
-        case TokenKind::KwShift:
-        case TokenKind::KwShifthorizontal:
-        case TokenKind::KwShiftvertical:
-        case TokenKind::KwNotransform: return true;
-        default: return false;
-    }
-}
-
 std::string unexpectedTokenText(const Token& token) {
-    if (isFilterNotYetBuilt(token.kind))
-        return "The '" + token.text + "' filter is not supported by this version of ZMFi";
     return "Unexpected token: '" + token.text + "'";
 }
 
@@ -154,6 +137,8 @@ void Parser::report(OptionalOffset location, MessageLevel level, std::string_vie
     ReportContext context;
     context.peekDepth = reader_.peekDepth();
     context.instantiations = calls;
+    for (const TransformEntry& entry : transformStack)
+        if (!entry.reporting) context.transformReportingOff = true;
     sink_.report(context, location, level, text, std::move(spans));
 }
 
@@ -184,15 +169,37 @@ void Parser::reportPendingAt(const Token& token) {
 }
 
 ParserSnapshot Parser::snapshot() const {
-    return ParserSnapshot{reader_.state(), symbols.slotCount(), sortSlots.size()};
+    return ParserSnapshot{reader_.state(), symbols.slotCount(), sortSlots.size(), voidCopyFlag, transformMarks};
 }
 
 void Parser::restore(const ParserSnapshot& snapshot, bool discard) {
     reader_.state() = snapshot.reader;
+    voidCopyFlag = snapshot.voidCopyFlag;
+    if (snapshot.transformMarks.size() == transformMarks.size()) transformMarks = snapshot.transformMarks;
     if (discard) {
         symbols.truncateSlots(snapshot.slotCount);
         if (sortSlots.size() > snapshot.sortSlotCount) sortSlots.resize(snapshot.sortSlotCount);
     }
+}
+
+std::string Parser::textBetween(const ReaderState& from, const ReaderState& to) const {
+    if (from.replays.empty()) {
+        if (to.cursor <= from.cursor) return {};
+        std::string text = reader_.text().substr(from.cursor, to.cursor - from.cursor);
+        // The cursor stands behind any blanks read ahead of the first token.
+        std::size_t first = text.find_first_not_of(" \t\r\n\f\v");
+        return first == std::string::npos ? std::string() : text.substr(first);
+    }
+    // Tokens of a replay are stored last first; joined by blanks, they read
+    // back as the same tokens.
+    const std::vector<Token>& before = from.replays.back().tokens;
+    std::size_t remaining = to.replays.size() == from.replays.size() ? to.replays.back().tokens.size() : 0;
+    std::string text;
+    for (std::size_t i = before.size(); i-- > remaining;) {
+        if (!text.empty()) text.push_back(' ');
+        text.append(before[i].text);
+    }
+    return text;
 }
 
 void Parser::finish(ZMFNode& node) const {
@@ -282,6 +289,15 @@ NodePtr Parser::parseExpression(BindingPower minimumPower) {
         }
         left = std::move(result);
     }
+}
+
+std::optional<ValueType> Parser::peekExpressionType(BindingPower minimumPower) {
+    ParserSnapshot before = snapshot();
+    ++reader_.state().peekDepth;
+    NodePtr node = parseExpression(minimumPower);
+    restore(before, true);
+    if (!node) return std::nullopt;
+    return node->valueType;
 }
 
 Parser::TriedOperand Parser::tryOperand(BindingPower minimumPower, ParserSnapshot& before, ValueType wanted) {

@@ -4,6 +4,7 @@
 // suit may decline it: the operator goes back into the stream with a
 // deferred message, and an outer level may take it (precedence vitiation).
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <map>
@@ -22,6 +23,7 @@
 #include "query/symbols.h"
 #include "query/token.h"
 #include "query/token_reader.h"
+#include "query/transform.h"
 
 namespace tarnfold::zmf {
 
@@ -34,6 +36,8 @@ struct ParserSnapshot {
     ReaderState reader;
     std::size_t slotCount = 0;
     std::size_t sortSlotCount = 0;
+    bool voidCopyFlag = false;
+    std::vector<std::size_t> transformMarks;
 };
 
 class Parser {
@@ -51,6 +55,9 @@ public:
 
     // --- for handlers ---------------------------------------------------
     NodePtr parseExpression(BindingPower minimumPower);
+    // Reads an expression as a look ahead, silently, and gives the reading
+    // state back: the type of what stands here, if anything does.
+    std::optional<ValueType> peekExpressionType(BindingPower minimumPower);
     // A right operand that may be missing (after + and *), tried silently.
     // `before` is the state ahead of the attempt. The node is null when
     // there is none, or when an earlier try at this place found an operand
@@ -156,6 +163,25 @@ public:
     std::string nfaDiagrams;
     std::string nfaTexts;
     std::set<Offset> nfaDiagramsDumped;
+
+    // The transforms whose bodies are being read, innermost last. Beside
+    // each, the greatest stack depth at which a designator with squares was
+    // read since the entry was pushed: a shift that no designator saw
+    // cannot change anything.
+    std::vector<TransformEntry> transformStack;
+    std::vector<std::size_t> transformMarks;
+    // Raised by a designator that a transform emptied or cut under restrict:
+    // the copy being read is void.
+    bool voidCopyFlag = false;
+    // The enclosing rotate45, while its body is read: squares do not turn.
+    OptionalOffset rotate45Location;
+    void noteSquareDesignator() {
+        for (std::size_t& mark : transformMarks) mark = std::max(mark, transformStack.size());
+    }
+    bool realRead() const { return reader_.peekDepth() == 0; }
+    // The exact text of what was read between two states at the same
+    // replay depth: the source slice, or inside a function body its tokens.
+    std::string textBetween(const ReaderState& from, const ReaderState& to) const;
 
     // What the query's zmf(...) header set; parseQuery hands it on.
     QueryHeaderSettings header;

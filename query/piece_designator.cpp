@@ -1,6 +1,7 @@
 #include "query/piece_designator.h"
 
 #include <utility>
+#include <vector>
 
 #include "chess/bitboard.h"
 
@@ -143,6 +144,52 @@ std::string pieceMaskText(std::uint16_t mask) {
     for (std::size_t bit = 0; bit < pieceMaskLetters.size(); ++bit)
         if (mask >> bit & 1) letters += pieceMaskLetters[bit];
     return letters;
+}
+
+namespace {
+
+std::string spanText(char first, char last) {
+    std::string text(1, first);
+    if (last != first) text.append(1, '-').append(1, last);
+    return text;
+}
+
+// The squares as ranges of whole rectangles, taken greedily from a1: each
+// run of files on its lowest rank, extended upwards while the same run
+// stands on the rank above.
+std::string squaresText(Bitboard squares) {
+    std::vector<std::string> ranges;
+    while (squares != 0) {
+        Square corner = lowestSquare(squares);
+        int rank = rankOf(corner), firstFile = fileOf(corner), lastFile = firstFile;
+        while (lastFile < 7 && contains(squares, makeSquare(lastFile + 1, rank))) ++lastFile;
+        Bitboard run = 0;
+        for (int file = firstFile; file <= lastFile; ++file) run |= squareBit(makeSquare(file, rank));
+        int lastRank = rank;
+        while (lastRank < 7 && (squares & (run << (8 * (lastRank + 1 - rank)))) == run << (8 * (lastRank + 1 - rank)))
+            ++lastRank;
+        for (int r = rank; r <= lastRank; ++r) squares &= ~(run << (8 * (r - rank)));
+        ranges.push_back(spanText(char('a' + firstFile), char('a' + lastFile)) +
+                         spanText(char('1' + rank), char('1' + lastRank)));
+    }
+    if (ranges.size() == 1) return ranges.front();
+    std::string text("[");
+    for (std::size_t i = 0; i < ranges.size(); ++i) text.append(i ? "," : "").append(ranges[i]);
+    return text.append("]");
+}
+
+}  // namespace
+
+std::string designatorText(std::optional<Bitboard> squares, std::optional<std::uint16_t> pieceMask) {
+    if (!squares && !pieceMask) return ".";
+    std::string text;
+    if (pieceMask) {
+        std::string letters = pieceMaskText(*pieceMask);
+        text = letters.size() == 1 ? letters : "[" + letters + "]";
+    }
+    // An empty square part cannot be written; the copy holding it is void.
+    if (squares && *squares != 0) text.append(squaresText(*squares));
+    return text;
 }
 
 }  // namespace tarnfold::zmf

@@ -40,6 +40,10 @@ DesignatorScan scanPieceDesignator(std::string_view text, std::size_t position);
 // The letters of the set bits in bit order ("RQ", "Aa_"); "" for none.
 std::string pieceMaskText(std::uint16_t mask);
 
+// A designator's text for folded sets, as a transformed copy prints:
+// "ra8", "[Aa]a-h1-2", "[a1,c3]".
+std::string designatorText(std::optional<Bitboard> squares, std::optional<std::uint16_t> pieceMask);
+
 // The squares a designator selects on a board. BoardLike has
 // pieces[colour][type], byColor[colour] and occupied.
 template <class BoardLike>

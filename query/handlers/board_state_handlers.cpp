@@ -21,9 +21,9 @@ public:
     }
 };
 
-template <class Node>
+template <class Node, class Swapped = Node>
 void registerBare(Parser& parser, TokenKind kind) {
-    parser.registerPrefix(std::make_unique<BareFilterHandler<Node>>(parser, kind));
+    parser.registerPrefix(std::make_unique<BareFilterHandler<Node, Swapped>>(parser, kind));
 }
 
 template <class Node>
@@ -34,9 +34,8 @@ void registerExtension(Parser& parser, TokenKind kind) {
 }  // namespace
 
 void registerBoardStateHandlers(Parser& parser) {
-    // Under an odd number of colour swaps these will build each other's node.
-    registerBare<WhiteNode>(parser, TokenKind::KwWhite);
-    registerBare<BlackNode>(parser, TokenKind::KwBlack);
+    registerBare<WhiteNode, BlackNode>(parser, TokenKind::KwWhite);
+    registerBare<BlackNode, WhiteNode>(parser, TokenKind::KwBlack);
     registerBare<SideToMoveNode>(parser, TokenKind::KwSidetomove);
     registerBare<CurrentFenNode>(parser, TokenKind::KwCurrentfen);
     registerExtension<StandardFenNode>(parser, TokenKind::KwStandardfen);

@@ -16,6 +16,7 @@
 #include "query/nodes/piece_designator_node.h"
 #include "query/nodes/structure_nodes.h"
 #include "query/piece_designator.h"
+#include "query/transform.h"
 
 namespace tarnfold::zmf {
 
@@ -42,25 +43,6 @@ NodePtr parseSetOperand(Parser& parser, const Token& token, BindingPower power, 
 
 // Where the closing parenthesis of a list of any length cannot come any more.
 bool endsList(TokenKind kind) { return kind == TokenKind::EndOfFile || kind == TokenKind::RightBrace; }
-
-// The eight rays that a direction keyword stands for.
-std::array<bool, rayDirectionCount> raysOf(Direction direction) {
-    std::array<bool, rayDirectionCount> rays{};
-    auto set = [&rays](std::initializer_list<Direction> list) {
-        for (Direction ray : list) rays[ray] = true;
-    };
-    switch (direction) {
-        case Diagonal: set({NorthEast, SouthWest, NorthWest, SouthEast}); break;
-        case MainDiagonal: set({NorthEast, SouthWest}); break;
-        case OffDiagonal: set({NorthWest, SouthEast}); break;
-        case Orthogonal: set({Up, Down, Right, Left}); break;
-        case Vertical: set({Up, Down}); break;
-        case Horizontal: set({Right, Left}); break;
-        case AnyDirection: set({Right, Up, NorthEast, NorthWest, Left, Down, SouthWest, SouthEast}); break;
-        default: rays[direction] = true; break;
-    }
-    return rays;
-}
 
 struct DirectionKeyword {
     TokenKind kind;
@@ -121,8 +103,9 @@ public:
     }
 };
 
-// colortype S, type S, file S, rank S; dark S, light S
-template <class Node>
+// colortype S, type S, file S, rank S; dark S, light S. Dark and light
+// build each other's node under a transform that recolours the squares.
+template <class Node, class Recoloured = Node>
 class SquareSetHandler : public PrefixHandler {
 public:
     SquareSetHandler(Parser& parser, TokenKind kind, BindingPower power)
@@ -131,6 +114,9 @@ public:
     NodePtr parse(const Token& token) override {
         NodePtr operand = parseSetOperand(parser, token, power_, operandMessage(token.text, "set"));
         if (!operand) return nullptr;
+        if constexpr (!std::is_same_v<Node, Recoloured>)
+            if (squareColoursSwapped(parser.transformStack))
+                return makeNode<Recoloured>(parser, token, std::move(operand));
         return makeNode<Node>(parser, token, std::move(operand));
     }
 
@@ -154,7 +140,8 @@ public:
         NodePtr operand =
             parseSetOperand(parser, token, 0, "The operand to the direction filter must be a set filter");
         if (!operand) return nullptr;
-        return makeNode<DirectionNode>(parser, token, direction_, std::move(range), std::move(operand));
+        Direction direction = applyTransformDirection(parser.transformStack, direction_);
+        return makeNode<DirectionNode>(parser, token, direction, std::move(range), std::move(operand));
     }
 
 private:
@@ -184,7 +171,7 @@ public:
         if constexpr (std::is_same_v<Node, RayNode>) {
             while (std::optional<Direction> direction = directionOf(parser.peekToken().kind)) {
                 parser.nextToken();
-                std::array<bool, rayDirectionCount> more = raysOf(*direction);
+                std::array<bool, rayDirectionCount> more = directionRays(*direction);
                 for (int ray = 0; ray < rayDirectionCount; ++ray) rays[ray] = rays[ray] || more[ray];
                 named = true;
             }
@@ -209,7 +196,8 @@ public:
             return reportAtKeyword(parser, token,
                                    message("The '", token, "' filter must contain at least 2 set arguments"));
         if constexpr (std::is_same_v<Node, RayNode>) {
-            if (!named) rays = raysOf(AnyDirection);
+            if (!named) rays = directionRays(AnyDirection);
+            rays = applyTransformRays(parser.transformStack, rays);
             return makeNode<RayNode>(parser, token, rays, std::move(arguments));
         } else {
             return makeNode<XRayNode>(parser, token, std::move(arguments));
@@ -400,9 +388,9 @@ void registerGeometryHandlers(Parser& parser) {
     parser.registerPrefix(
         std::make_unique<SquareSetHandler<RankNode>>(parser, TokenKind::KwRank, squareOperand));
     parser.registerPrefix(
-        std::make_unique<SquareSetHandler<DarkNode>>(parser, TokenKind::KwDark, colourOperand));
+        std::make_unique<SquareSetHandler<DarkNode, LightNode>>(parser, TokenKind::KwDark, colourOperand));
     parser.registerPrefix(
-        std::make_unique<SquareSetHandler<LightNode>>(parser, TokenKind::KwLight, colourOperand));
+        std::make_unique<SquareSetHandler<LightNode, DarkNode>>(parser, TokenKind::KwLight, colourOperand));
     for (const DirectionKeyword& keyword : directionKeywords)
         parser.registerPrefix(std::make_unique<DirectionHandler>(parser, keyword.kind, keyword.direction));
     parser.registerPrefix(std::make_unique<RayHandler<RayNode>>(parser, TokenKind::KwRay));

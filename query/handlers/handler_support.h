@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "query/parser.h"
 
@@ -42,13 +43,19 @@ inline void reportExtension(Parser& parser, const Token& token, std::string_view
     parser.report(token.begin, MessageLevel::Info, text);
 }
 
-// A keyword filter that takes no operand.
-template <class Node>
+// A keyword filter that takes no operand. A filter of one colour (white,
+// wtm) names its opposite as `Swapped`, whose node it builds under an odd
+// number of colour swaps.
+template <class Node, class Swapped = Node>
 class BareFilterHandler : public PrefixHandler {
 public:
     using PrefixHandler::PrefixHandler;
     // keyword
-    NodePtr parse(const Token& token) override { return makeNode<Node>(parser, token); }
+    NodePtr parse(const Token& token) override {
+        if constexpr (!std::is_same_v<Node, Swapped>)
+            if (coloursSwapped(parser.transformStack)) return makeNode<Swapped>(parser, token);
+        return makeNode<Node>(parser, token);
+    }
 };
 
 // Consumes an optional keyword such as 'quiet' or 'all'; true when it was there.

@@ -95,10 +95,12 @@ class CurrentTransformHandler : public PrefixHandler {
 public:
     CurrentTransformHandler(Parser& parser) : PrefixHandler(parser, TokenKind::KwCurrenttransform) {}
 
-    // The parser keeps no stack of enclosing transforms yet, so every copy
-    // is the untransformed one, whose name is empty.
+    // The name of the copy of the innermost enclosing transform that holds
+    // it; empty outside every transform.
     NodePtr parse(const Token& token) override {
-        return makeNode<CurrentTransformNode>(parser, token, std::string());
+        std::string name;
+        if (!parser.transformStack.empty()) name = transformName(parser.transformStack.back());
+        return makeNode<CurrentTransformNode>(parser, token, std::move(name));
     }
 };
 

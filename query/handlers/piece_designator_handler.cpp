@@ -10,8 +10,25 @@ namespace tarnfold::zmf {
 namespace {
 
 // Enclosing transforms (flips, rotations, shifts) map the squares and swap
-// the colours of the pieces here, as the designator is read.
-void applyEnclosingTransforms(Parser&, DesignatorScan&) {}
+// the colours of the pieces here, as the designator is read. A look ahead
+// leaves the bookkeeping alone: only the real read of a copy counts.
+bool applyEnclosingTransforms(Parser& parser, const Token& token, DesignatorScan& scan) {
+    if (parser.transformStack.empty() || !parser.realRead()) return false;
+    DesignatorScan written = scan;
+    if (scan.pieceMask) scan.pieceMask = applyTransformPieces(parser.transformStack, *scan.pieceMask);
+    if (scan.squares) {
+        parser.noteSquareDesignator();
+        if (parser.rotate45Location)
+            parser.report(token.begin, MessageLevel::Warning,
+                          "Square designators are not influenced by 'rotate45' transforms and should be "
+                          "enclosed by a 'notransform' filter",
+                          {SourceSpan{token.begin, token.end}});
+        bool voided = false;
+        scan.squares = applyTransformSquares(parser.transformStack, *scan.squares, voided);
+        if (voided) parser.voidCopyFlag = true;
+    }
+    return scan.squares != written.squares || scan.pieceMask != written.pieceMask;
+}
 
 // designator
 class PieceDesignatorHandler : public PrefixHandler {
@@ -19,8 +36,10 @@ public:
     PieceDesignatorHandler(Parser& parser) : PrefixHandler(parser, TokenKind::PieceDesignator) {}
     NodePtr parse(const Token& token) override {
         DesignatorScan scan = scanPieceDesignator(parser.source().text(), *token.begin);
-        applyEnclosingTransforms(parser, scan);
-        return makeNode<PieceDesignatorNode>(parser, token, scan.squares, scan.pieceMask, token.text);
+        bool transformed = applyEnclosingTransforms(parser, token, scan);
+        auto node = makeNode<PieceDesignatorNode>(parser, token, scan.squares, scan.pieceMask, token.text);
+        node->transformed = transformed;
+        return node;
     }
 };
 

@@ -8,9 +8,10 @@ namespace tarnfold::zmf {
 void registerPositionStateHandlers(Parser& parser) {
     parser.registerPrefix(std::make_unique<BareFilterHandler<CheckNode>>(parser, TokenKind::KwCheck));
     parser.registerPrefix(std::make_unique<BareFilterHandler<MateNode>>(parser, TokenKind::KwMate));
-    // Under an odd number of colour swaps these will build each other's node.
-    parser.registerPrefix(std::make_unique<BareFilterHandler<WhiteToMoveNode>>(parser, TokenKind::KwWtm));
-    parser.registerPrefix(std::make_unique<BareFilterHandler<BlackToMoveNode>>(parser, TokenKind::KwBtm));
+    parser.registerPrefix(
+        std::make_unique<BareFilterHandler<WhiteToMoveNode, BlackToMoveNode>>(parser, TokenKind::KwWtm));
+    parser.registerPrefix(
+        std::make_unique<BareFilterHandler<BlackToMoveNode, WhiteToMoveNode>>(parser, TokenKind::KwBtm));
 }
 
 }  // namespace tarnfold::zmf

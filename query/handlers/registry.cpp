@@ -32,6 +32,7 @@ void registerAllHandlers(Parser& parser) {
     registerMoveHandlers(parser);
     registerLineHandlers(parser);
     registerImagineHandlers(parser);
+    registerTransformHandlers(parser);
 }
 
 }  // namespace tarnfold::zmf

@@ -37,5 +37,6 @@ void registerBoardStateHandlers(Parser& parser);
 void registerMoveHandlers(Parser& parser);
 void registerLineHandlers(Parser& parser);
 void registerImagineHandlers(Parser& parser);
+void registerTransformHandlers(Parser& parser);
 
 }  // namespace tarnfold::zmf

@@ -31,4 +31,5 @@
 #include "query/nodes/structure_nodes.h"
 #include "query/nodes/tag_nodes.h"
 #include "query/nodes/text_nodes.h"
+#include "query/nodes/transform_nodes.h"
 #include "query/nodes/variable_nodes.h"

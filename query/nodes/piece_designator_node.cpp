@@ -13,13 +13,16 @@ PieceDesignatorNode::PieceDesignatorNode(OptionalOffset location, std::optional<
       pieceMask(pieceMask),
       text(std::move(text)) {}
 
-// The written text, not the folded sets: under a transform the same text
-// stands for a different set in each copy, and reading it back redoes that.
-void PieceDesignatorNode::print(PrintTarget& target) const { target << text; }
+// The written text, which reading the query again under the same
+// transforms folds the same way; the copies of a transform show their own
+// sets.
+void PieceDesignatorNode::print(PrintTarget& target) const {
+    target << (transformed && target.expandTransforms ? designatorText(squares, pieceMask) : text);
+}
 
 void PieceDesignatorNode::dump(DumpTarget& target, bool isLast) const {
     auto orNone = [](std::string list) { return list.empty() ? std::string("none") : list; };
-    std::string name = "PieceDesignator (" + text + ")";
+    std::string name = "PieceDesignator (" + (transformed ? designatorText(squares, pieceMask) : text) + ")";
     if (squares) name += " squares: " + orNone(squareListText(*squares, false));
     if (pieceMask) name += " pieces: " + orNone(pieceMaskText(*pieceMask));
     dumpNode(*this, target, isLast, name);

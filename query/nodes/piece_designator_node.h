@@ -24,6 +24,9 @@ public:
     std::optional<Bitboard> squares;         // absent: all 64 squares
     std::optional<std::uint16_t> pieceMask;  // absent: any piece or an empty square
     std::string text;                        // as written in the query
+    // The sets were changed by an enclosing transform, so that `text` no
+    // longer tells them.
+    std::uint8_t transformed = 0;
 };
 
 }  // namespace tarnfold::zmf
