@@ -8,7 +8,7 @@
 
 #include "chess/types.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 // The tag values are fixed: the last one covers every kind of value whose
 // text the placeholder word alone decides (square colour, lateral side, a
@@ -52,4 +52,4 @@ constexpr AnalysisArgument bitboardArg(Bitboard squares) { return {AnalysisArgum
 constexpr AnalysisArgument countArg(int64_t count) { return {AnalysisArgumentType::Count, uint64_t(count)}; }
 constexpr AnalysisArgument fileSetArg(FileSet files) { return {AnalysisArgumentType::Other, files}; }
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

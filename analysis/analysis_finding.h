@@ -9,7 +9,7 @@
 
 #include "analysis/analysis_argument.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 struct AnalysisFinding {
     uint32_t id = 0;
@@ -25,4 +25,4 @@ struct AnalysisFinding {
 // that the table can be listed; an id not in the table gives "Uknown message".
 std::string renderAnalysisFinding(const AnalysisFinding& finding, bool withValues);
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

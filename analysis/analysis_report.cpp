@@ -2,7 +2,7 @@
 
 #include "chess/notation.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 void renderAnalysisReport(Board& board, const AnalysisReport& report, std::string& output, unsigned indent) {
     const std::string margin(indent * 4, ' ');
@@ -19,4 +19,4 @@ void renderAnalysisReport(Board& board, const AnalysisReport& report, std::strin
     }
 }
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

@@ -11,7 +11,7 @@
 #include "chess/board.h"
 #include "chess/move.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 struct AnalysisReport {
     struct AfterMove;
@@ -39,4 +39,4 @@ inline bool AnalysisReport::operator==(const AnalysisReport&) const = default;
 // comes back as it was.
 void renderAnalysisReport(Board& board, const AnalysisReport& report, std::string& output, unsigned indent = 0);
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <utility>
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 namespace {
 
@@ -78,4 +78,4 @@ std::string_view analysisMessageTemplate(uint32_t id) {
     return entry == table.end() ? "Uknown message" : entry->second;
 }
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 // Ids run from 0 to analysisMessageCount - 1.
 inline constexpr uint32_t analysisMessageCount = 38;
@@ -14,4 +14,4 @@ inline constexpr uint32_t analysisMessageCount = 38;
 // an id not in the table.
 std::string_view analysisMessageTemplate(uint32_t id);
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

@@ -10,7 +10,7 @@
 #include "chess/bitboard.h"
 #include "chess/names.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 namespace {
 
@@ -193,4 +193,4 @@ std::string renderAnalysisTemplate(std::string_view text, std::span<const Analys
     return TemplateRenderer(text, arguments, withValues).render();
 }
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

@@ -14,11 +14,11 @@
 
 #include "analysis/analysis_argument.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 
 // Without values the arguments are not read: a placeholder shows its type
 // ("'Color'", "(s)"), and a choice quotes all its alternatives.
 std::string renderAnalysisTemplate(std::string_view text, std::span<const AnalysisArgument> arguments,
                                    bool withValues);
 
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

@@ -9,7 +9,7 @@
 #include "analysis/message_template.h"
 #include "chess/bitboard.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 namespace {
 
 // Counts, bitboards and file sets are integers: a bare int must not turn
@@ -195,4 +195,4 @@ TEST(AnalysisMessages, TemplateLanguage) {
 }
 
 }  // namespace
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold

@@ -6,7 +6,7 @@
 
 #include "chess/notation.h"
 
-namespace tarnfold::analysis {
+namespace tarnfold {
 namespace {
 
 Move sanMove(Board& board, std::string_view text) {
@@ -61,4 +61,4 @@ TEST(AnalysisReport, RendersTheTreeAndLeavesTheBoardAsItWas) {
 }
 
 }  // namespace
-}  // namespace tarnfold::analysis
+}  // namespace tarnfold
