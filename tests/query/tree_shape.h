@@ -15,6 +15,7 @@ namespace tarnfold::zmf {
 inline std::string treeShape(const ZMFNode& root) {
     DumpTarget dump(nullptr, false, false);
     dump.expandFunctions = true;
+    dump.expandTransforms = true;
     root.dump(dump, true);
     std::string text = dump.take();
     const std::string mark = " (vitiated precedence)";
