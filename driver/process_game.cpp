@@ -242,7 +242,7 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
 void collectPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,
                                 std::map<std::string, Value>& variables) {
     for (const VariableSlot& slot : query.variableSlots)
-        if (slot.persistent && slot.id < engine.slotValues.size())
+        if (slot.persistent && !slot.quiet && slot.id < engine.slotValues.size())
             variables[slot.name] = engine.slotValues[slot.id];
 }
 
@@ -321,7 +321,7 @@ void foldPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,
                              std::map<std::string, Value>& variables) {
     std::vector<const VariableSlot*> slots;
     for (const VariableSlot& slot : query.variableSlots)
-        if (slot.persistent && slot.id < engine.slotValues.size()) slots.push_back(&slot);
+        if (slot.persistent && !slot.quiet && slot.id < engine.slotValues.size()) slots.push_back(&slot);
     std::sort(slots.begin(), slots.end(),
               [](const VariableSlot* a, const VariableSlot* b) { return a->name < b->name; });
     for (const VariableSlot* slot : slots)

@@ -31,7 +31,8 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
                  uint32_t number, bool pool, GameCounts& counts);
 
 // The persistent variables of an engine's query by name: copied after the
-// single loop, folded by their merge strategies as each worker ends.
+// single loop, folded by their merge strategies as each worker ends. A quiet
+// variable keeps its value to itself.
 void foldPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,
                              std::map<std::string, Value>& variables);
 void collectPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,

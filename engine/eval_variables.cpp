@@ -69,9 +69,11 @@ Value ZMFEngine::eval(const AssignNode& assign) {
     const ZMFNode& target = unwrapParens(*assign.target);
     // A slice reads its string and indices before the value.
     if (target.kind == NodeKind::Slice) return assignSlice(as<SliceNode>(target), *assign.value);
+    if (target.kind == NodeKind::DictionaryAccess)
+        return assignDictionaryEntry(as<DictionaryAccessNode>(target), *assign.value);
     const Value value = evaluate(*assign.value);
     if (value.isNone()) return Value();
-    // Other targets (slices, dictionary entries, pieces) have their own rules.
+    // Other targets (pieces) have their own rules.
     if (target.kind != NodeKind::Identifier) return Value();
     Value& slot = variables.resolve(as<IdentifierNode>(target).slot);
     if (assign.op == TokenKind::Assign) {

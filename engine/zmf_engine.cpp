@@ -35,8 +35,14 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     abort = false;
     evaluations_ = 0;
     if (slotValues.size() != query.variableSlots.size()) slotValues.resize(query.variableSlots.size());
-    for (const VariableSlot& slot : query.variableSlots)
-        if (!slot.persistent) slotValues[slot.id] = Value();
+    for (const VariableSlot& slot : query.variableSlots) {
+        if (!slot.persistent)
+            slotValues[slot.id] = Value();
+        else if (slot.valueType == ValueType::Dictionary && slotValues[slot.id].isNone())
+            // A dictionary starts empty and stays a dictionary, so that
+            // entries can be written into it from the first game on.
+            slotValues[slot.id] = Value::dictionary(std::make_shared<ZmfDictionary>());
+    }
     variables.reset(&slotValues);
     query_ = &query;
 }

@@ -205,6 +205,7 @@ private:
 
     // Assignment into a slice of a string variable.
     Value assignSlice(const SliceNode& slice, const ZMFNode& value);
+    Value assignDictionaryEntry(const DictionaryAccessNode& target, const ZMFNode& value);
     // The two loops of StringIteratorNode: over the matches of a pattern,
     // and over the characters of a string.
     Value iterateMatches(const StringIteratorNode& node);

@@ -1,7 +1,10 @@
 #!/bin/sh
 # Every query writes exactly the same games in the same order whether the run
-# is single-threaded or uses a pool of one or two workers, and lists the same
-# parse errors with the same file lines.
+# is single-threaded or uses a pool of one or two workers, lists the same
+# parse errors with the same file lines, and prints the same persistent
+# variables and dictionaries, folded by each merge strategy. (A query that
+# only overwrites a dictionary entry prints the last game's value when run
+# alone but a fold of the workers' last values with two: these accumulate.)
 #   thread_equivalence.sh ZMFI SCRATCH GAMES.pgn...
 # The game files are read as one input, in the order given.
 set -u
@@ -17,12 +20,21 @@ log_body() { grep -v '^Analyzed ' "$1" | sed 's/ written to .*$//'; }
 
 status=0
 for query in true check mate 'wtm and #P < #p' 'btm and #[QR] > #[qr]' 'sort "material" #A - #a' \
-    'sort min "first check" {check ply}' 'line --> move capture . {3,}'; do
+    'sort min "first check" {check ply}' 'line --> move capture . {3,}' \
+    'persistent (sum) checks = 0 check checks += 1' \
+    'persistent (max) longest = 0 terminal {if ply > longest longest = ply}' \
+    'persistent (min) first = "zzzz" initial {if str(player white) < first first = str(player white)}' \
+    'persistent (sum) kingsquares = [] check kingsquares |= K' \
+    'dictionary (int sum) games initial {who = str(player black) if games[who] games[who] = str(int games[who] + 1) else games[who] = "1"}' \
+    'dictionary (max) best initial {who = str(player white) if best[who] >= str(elo white) true else best[who] = str(elo white)}' \
+    'dictionary (min) firsteco initial {who = str(player white) if firsteco[who] <= str(eco) true else firsteco[who] = str(eco)}' \
+    'dictionary (int min) shortest terminal {who = str(player white) if int shortest[who] <= ply true else shortest[who] = str(ply)}' \
+    'dictionary (int max) longest terminal {who = str(player black) if int longest[who] >= ply true else longest[who] = str(ply)}'; do
     for flags in "" "--variations"; do
-        "$zmfi" $flags --zmf "$query" -i "$games" -o "$scratch/single.pgn" > "$scratch/single.log" || exit 1
+        "$zmfi" $flags --showdictionaries --zmf "$query" -i "$games" -o "$scratch/single.pgn" > "$scratch/single.log" || exit 1
         log_body "$scratch/single.log" > "$scratch/single.body"
         for threads in 1 2; do
-            "$zmfi" $flags --threads $threads --zmf "$query" -i "$games" -o "$scratch/pool.pgn" > "$scratch/pool.log" ||
+            "$zmfi" $flags --showdictionaries --threads $threads --zmf "$query" -i "$games" -o "$scratch/pool.pgn" > "$scratch/pool.log" ||
                 exit 1
             if ! cmp -s "$scratch/single.pgn" "$scratch/pool.pgn"; then
                 echo "output differs: $flags --threads $threads '$query'"
