@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "driver/brief_lock.h"
+#include "driver/output_spool.h"
 #include "driver/process_game.h"
 #include "pgn/pgn_reader.h"
 #include "query/parser.h"
@@ -62,6 +63,7 @@ struct WorkerContext {
 
 void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
     RunTotals& totals = runTotals();
+    OutputSpool& spool = outputSpool();
     RunGame game;
     ZMFEngine engine;
     setUpEngine(engine, options);
@@ -83,10 +85,16 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
             if (!totals.sharedScanner->readGameText(text)) break;
             number = ++totals.gamesRead;
         }
+        // Every number taken is settled, with a game or without, so that
+        // the games after it can go out in order.
+        std::optional<OutputGame> written;
         const Range range = inRange(options, number);
         if (range != Range::Inside) ++counts.gamesOutOfRange;
-        if (range == Range::Before) continue;
-        if (range == Range::After) break;
+        if (range != Range::Inside) {
+            spool.settle(number, std::nullopt);
+            if (range == Range::After) break;
+            continue;
+        }
         view.show(text);
         stream.clear();
         reader.setPosition(start);
@@ -95,8 +103,10 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
         const bool skip = shouldSkip(game, options);
         if (status != 0 && !skip) listErrors(reader.errors, number);
         showProgress(number, options);
-        if (skip || resultFilterRejects(game, options)) continue;
-        if (!processGame(options, query, engine, game, number, true, counts)) break;
+        const bool goOn = skip || resultFilterRejects(game, options) ||
+                          processGame(options, query, engine, game, number, true, counts, written);
+        spool.settle(number, std::move(written));
+        if (!goOn) break;
     }
     counts.positions = engine.positionsTotal;
     std::lock_guard lock(totals.resultsLock);
@@ -123,6 +133,7 @@ void workerMain(std::unique_ptr<WorkerContext> context) {
 
 unsigned runSingleThreaded(const ZMFDriverOptions& options, ParsedQuery& query, std::istream& input) {
     RunTotals& totals = runTotals();
+    OutputSpool& spool = outputSpool();
     PGN::PGNReader reader(input, options.nestedComments, options.variantAliases);
     reader.skipByteOrderMark();
     RunGame game;
@@ -138,13 +149,19 @@ unsigned runSingleThreaded(const ZMFDriverOptions& options, ParsedQuery& query, 
         const bool skip = shouldSkip(game, options);
         if (status == 1 && !skip) listErrors(reader.errors, totals.gamesRead + 1);
         const uint32_t number = ++totals.gamesRead;
+        std::optional<OutputGame> written;
         const Range range = inRange(options, number);
         if (range != Range::Inside) ++counts.gamesOutOfRange;
-        if (range == Range::Before) continue;
-        if (range == Range::After) break;
+        if (range != Range::Inside) {
+            spool.settle(number, std::nullopt);
+            if (range == Range::After) break;
+            continue;
+        }
         showProgress(number, options);
-        if (skip || resultFilterRejects(game, options)) continue;
-        if (!processGame(options, query, engine, game, number, false, counts)) break;
+        const bool goOn = skip || resultFilterRejects(game, options) ||
+                          processGame(options, query, engine, game, number, false, counts, written);
+        spool.settle(number, std::move(written));
+        if (!goOn) break;
     }
     counts.positions = engine.positionsTotal;
     addCounts(counts);

@@ -1,5 +1,5 @@
-// The end of a run: the collected games in their sorted order, then the
-// persistent variables and the summary lines.
+// The end of a run: the spooled games in their order, then the persistent
+// variables and the summary lines.
 
 #include <algorithm>
 #include <cerrno>
@@ -9,34 +9,14 @@
 #include <iostream>
 
 #include "driver/game_loop.h"
+#include "driver/output_spool.h"
 #include "driver/path_search.h"
 #include "driver/run_totals.h"
-#include "engine/collate.h"
 #include "engine/zmf_engine.h"
 
 namespace tarnfold::zmf {
 
 namespace {
-
-// Games without a value go last, whatever the direction.
-bool keyLess(const SortKey& a, const SortKey& b) {
-    if (!a.hasValue || !b.hasValue) return a.hasValue && !b.hasValue;
-    const SortKey& low = a.ascending ? a : b;
-    const SortKey& high = a.ascending ? b : a;
-    if (std::holds_alternative<int64_t>(low.value))
-        return std::get<int64_t>(low.value) < std::get<int64_t>(high.value);
-    return collate(icu::UnicodeString::fromUTF8(std::get<std::string>(low.value)),
-                   icu::UnicodeString::fromUTF8(std::get<std::string>(high.value))) < 0;
-}
-
-bool gameLess(const OutputGame& a, const OutputGame& b) {
-    const size_t common = std::min(a.sortKeys.size(), b.sortKeys.size());
-    for (size_t i = 0; i < common; ++i) {
-        if (keyLess(a.sortKeys[i], b.sortKeys[i])) return true;
-        if (keyLess(b.sortKeys[i], a.sortKeys[i])) return false;
-    }
-    return a.sortKeys.size() < b.sortKeys.size();
-}
 
 void printPersistentVariables(const ZMFDriverOptions& options) {
     for (const auto& [name, value] : runTotals().persistentVariables) {
@@ -90,9 +70,12 @@ bool writeOutput(ZMFDriverOptions& options, unsigned threadsUsed) {
         }
     }
     std::ostream& out = toStdout ? std::cout : file;
-    std::vector<OutputGame>& games = runTotals().outputGames;
-    std::stable_sort(games.begin(), games.end(), gameLess);
-    for (const OutputGame& game : games) out << game.text << "\n" << std::flush;
+    std::string error;
+    if (!outputSpool().copyTo(out, error) || !out) {
+        if (error.empty()) error = std::strerror(errno);
+        std::cout << "Failed to write output file '" << options.outputFile << "': " << error << "\n" << std::flush;
+        return false;
+    }
     printPersistentVariables(options);
     std::cout << std::flush;
     printSummary(options, threadsUsed);

@@ -193,7 +193,7 @@ void setUpEngine(ZMFEngine& engine, const ZMFDriverOptions& options) {
 }
 
 bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine& engine, RunGame& game,
-                 uint32_t number, bool pool, GameCounts& counts) {
+                 uint32_t number, bool pool, GameCounts& counts, std::optional<OutputGame>& written) {
     game.rewind();
     engine.gameNumber = number;
     std::vector<PositionMatch> matches;
@@ -229,14 +229,9 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
     game.rewind();
     if (pool) output.sortKeys.push_back(numberKey(number, true));
     output.text = PGN::gameToPgn(writeOptionsFrom(options), game);
-    RunTotals& totals = runTotals();
-    if (pool) {
-        std::lock_guard lock(totals.resultsLock);
-        totals.outputGames.push_back(std::move(output));
-        return true;
-    }
-    totals.outputGames.push_back(std::move(output));
-    return options.limit == 0 || ++totals.limitCount < options.limit;
+    written = std::move(output);
+    if (pool) return true;
+    return options.limit == 0 || ++runTotals().limitCount < options.limit;
 }
 
 void collectPersistentVariables(const ParsedQuery& query, const ZMFEngine& engine,

@@ -26,9 +26,10 @@ void listErrors(const std::vector<PGN::PGNError>& errors, uint32_t number);
 void showProgress(uint32_t number, const ZMFDriverOptions& options);
 
 // Evaluates the query over the game, and when it matches decorates the game
-// and keeps its text for the output. False when reading should stop.
+// and hands its text for the output back in `written`. False when reading
+// should stop.
 bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine& engine, RunGame& game,
-                 uint32_t number, bool pool, GameCounts& counts);
+                 uint32_t number, bool pool, GameCounts& counts, std::optional<OutputGame>& written);
 
 // The persistent variables of an engine's query by name: copied after the
 // single loop, folded by their merge strategies as each worker ends. A quiet

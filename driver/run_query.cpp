@@ -1,6 +1,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include "driver/entry.h"
 #include "driver/game_loop.h"
 #include "driver/header_defaults.h"
+#include "driver/output_spool.h"
 #include "driver/path_search.h"
 #include "driver/print_diagnostics.h"
 #include "driver/run_totals.h"
@@ -114,6 +116,10 @@ bool runQuery(ZMFDriverOptions& options) {
 
     RunTotals& totals = runTotals();
     totals.start = std::chrono::steady_clock::now();
+    outputSpool().reset(!query.sortSlots.empty() || options.sortByMatchCount);
+    // Tests shrink the sorted runs to make the merge of many runs happen.
+    if (const char* bytes = std::getenv("ZMFI_SPOOL_RUN_BYTES"))
+        outputSpool().runBytes = std::strtoull(bytes, nullptr, 10);
     unsigned threadsUsed = 0;
     if (options.threads == 0) {
         threadsUsed = runSingleThreaded(options, query, input);

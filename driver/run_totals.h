@@ -1,7 +1,7 @@
 #pragma once
 
-// What a run adds up across all games and threads, and the games it keeps
-// for the output, each as finished text with its sort keys.
+// What a run adds up across all games and threads, and the form in which a
+// matching game waits for the output: finished text with its sort keys.
 
 #include <atomic>
 #include <chrono>
@@ -46,7 +46,6 @@ struct RunTotals {
     std::atomic<bool> limitReached{false};
     std::atomic<bool> fatal{false};
     uint32_t activeWorkers = 0;
-    std::vector<OutputGame> outputGames;
     std::map<std::string, Value> persistentVariables;
     PGN::PGNParser* sharedScanner = nullptr;
     std::chrono::steady_clock::time_point start;
@@ -55,7 +54,7 @@ struct RunTotals {
     std::mutex readerLock;   // sharedScanner, gamesRead
     std::mutex workerCountLock;
     std::condition_variable workersDone;  // with workerCountLock, over activeWorkers
-    std::mutex resultsLock;               // outputGames, the totals at a worker's end
+    std::mutex resultsLock;               // the totals at a worker's end
     std::mutex limitLock;                 // limitCount, limitReached
 };
 

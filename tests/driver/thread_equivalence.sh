@@ -2,7 +2,8 @@
 # Every query writes exactly the same games in the same order whether the run
 # is single-threaded or uses a pool of one or two workers, lists the same
 # parse errors with the same file lines, and prints the same persistent
-# variables and dictionaries, folded by each merge strategy. (A query that
+# variables and dictionaries, folded by each merge strategy; sorted output
+# merged from many small runs equals output sorted at once. (A query that
 # only overwrites a dictionary entry prints the last game's value when run
 # alone but a fold of the workers' last values with two: these accumulate.)
 #   thread_equivalence.sh ZMFI SCRATCH GAMES.pgn...
@@ -50,6 +51,16 @@ for query in true check mate 'wtm and #P < #p' 'btm and #[QR] > #[qr]' 'sort "ma
             fi || {
                 echo "log differs: $flags --threads $threads '$query'"
                 diff "$scratch/single.body" "$scratch/pool.body" | head -5
+                status=1
+            }
+        done
+        # Sorted games spilled in runs of a few games each and merged come
+        # out as those sorted in memory, alone and from two workers.
+        for threads in "" "--threads 2"; do
+            ZMFI_SPOOL_RUN_BYTES=3000 "$zmfi" $flags $threads --zmf "$query" -i "$games" \
+                -o "$scratch/runs.pgn" > /dev/null || exit 1
+            cmp -s "$scratch/single.pgn" "$scratch/runs.pgn" || {
+                echo "merged runs differ: $flags $threads '$query'"
                 status=1
             }
         done

@@ -1,0 +1,255 @@
+#include "driver/output_spool.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "engine/collate.h"
+
+namespace tarnfold::zmf {
+
+namespace {
+
+// Games without a value go last, whatever the direction.
+bool keyLess(const SortKey& a, const SortKey& b) {
+    if (!a.hasValue || !b.hasValue) return a.hasValue && !b.hasValue;
+    const SortKey& low = a.ascending ? a : b;
+    const SortKey& high = a.ascending ? b : a;
+    if (std::holds_alternative<int64_t>(low.value))
+        return std::get<int64_t>(low.value) < std::get<int64_t>(high.value);
+    return collate(icu::UnicodeString::fromUTF8(std::get<std::string>(low.value)),
+                   icu::UnicodeString::fromUTF8(std::get<std::string>(high.value))) < 0;
+}
+
+// A run file holds records of: key count, each key (has value, ascending,
+// kind, then an integer or a length and bytes), then the text's length and
+// bytes. It is read back only by the process that wrote it.
+class RecordWriter {
+public:
+    explicit RecordWriter(std::FILE* file) : file_(file) {}
+    void bytes(const void* data, std::size_t size) { ok_ = ok_ && std::fwrite(data, 1, size, file_) == size; }
+    void number(uint64_t value) { bytes(&value, sizeof value); }
+    void text(const std::string& value) {
+        number(value.size());
+        bytes(value.data(), value.size());
+    }
+    void game(const OutputGame& game) {
+        number(game.sortKeys.size());
+        for (const SortKey& key : game.sortKeys) {
+            const bool isText = std::holds_alternative<std::string>(key.value);
+            number(uint64_t(key.hasValue) | uint64_t(key.ascending) << 1 | uint64_t(isText) << 2);
+            if (isText)
+                text(std::get<std::string>(key.value));
+            else
+                number(uint64_t(std::get<int64_t>(key.value)));
+        }
+        text(game.text);
+    }
+    bool ok() const { return ok_; }
+
+private:
+    std::FILE* file_;
+    bool ok_ = true;
+};
+
+class RecordReader {
+public:
+    explicit RecordReader(std::FILE* file) : file_(file) {}
+    bool bytes(void* data, std::size_t size) { return std::fread(data, 1, size, file_) == size; }
+    bool number(uint64_t& value) { return bytes(&value, sizeof value); }
+    bool text(std::string& value) {
+        uint64_t size = 0;
+        if (!number(size)) return false;
+        value.resize(size);
+        return bytes(value.data(), size);
+    }
+    // False at the end of the run, or when it cannot be read.
+    bool game(OutputGame& game) {
+        uint64_t keys = 0;
+        if (!number(keys)) return false;
+        game.sortKeys.resize(keys);
+        for (SortKey& key : game.sortKeys) {
+            uint64_t flags = 0;
+            if (!number(flags)) return false;
+            key.hasValue = flags & 1;
+            key.ascending = flags & 2;
+            if (flags & 4) {
+                std::string value;
+                if (!text(value)) return false;
+                key.value = std::move(value);
+            } else {
+                uint64_t value = 0;
+                if (!number(value)) return false;
+                key.value = int64_t(value);
+            }
+        }
+        return text(game.text);
+    }
+
+private:
+    std::FILE* file_;
+};
+
+bool copyFile(std::FILE* file, std::ostream& out) {
+    if (std::fflush(file) != 0 || std::fseek(file, 0, SEEK_SET) != 0) return false;
+    std::vector<char> buffer(std::size_t(1) << 16);
+    for (;;) {
+        const std::size_t read = std::fread(buffer.data(), 1, buffer.size(), file);
+        if (read > 0) out.write(buffer.data(), std::streamsize(read));
+        if (read < buffer.size()) return !std::ferror(file);
+    }
+}
+
+}  // namespace
+
+bool gameLess(const OutputGame& a, const OutputGame& b) {
+    const std::size_t common = std::min(a.sortKeys.size(), b.sortKeys.size());
+    for (std::size_t i = 0; i < common; ++i) {
+        if (keyLess(a.sortKeys[i], b.sortKeys[i])) return true;
+        if (keyLess(b.sortKeys[i], a.sortKeys[i])) return false;
+    }
+    return a.sortKeys.size() < b.sortKeys.size();
+}
+
+OutputSpool::OutputSpool() = default;
+
+OutputSpool::~OutputSpool() { reset(false); }
+
+void OutputSpool::reset(bool sorted) {
+    std::lock_guard guard(lock_);
+    if (spool_) std::fclose(spool_);
+    spool_ = nullptr;
+    for (std::FILE* run : runs_) std::fclose(run);
+    runs_.clear();
+    gathered_.clear();
+    gatheredBytes_ = 0;
+    early_.clear();
+    nextNumber_ = 1;
+    sorted_ = sorted;
+    abandoned_ = failed_ = false;
+}
+
+void OutputSpool::writeText(std::FILE* file, const std::string& text) {
+    if (!file || std::fwrite(text.data(), 1, text.size(), file) != text.size() || std::fputc('\n', file) == EOF)
+        failed_ = true;
+}
+
+// Under the lock: the game due next, then every early one that follows it.
+void OutputSpool::writeInOrder(uint32_t number, const std::string* text) {
+    if (!spool_ && !failed_ && !(spool_ = std::tmpfile())) failed_ = true;
+    if (text) writeText(spool_, *text);
+    nextNumber_ = number + 1;
+    for (auto due = early_.find(nextNumber_); due != early_.end(); due = early_.find(nextNumber_)) {
+        if (due->second) writeText(spool_, *due->second);
+        early_.erase(due);
+        ++nextNumber_;
+    }
+}
+
+void OutputSpool::settle(uint32_t number, std::optional<OutputGame> game) {
+    std::unique_lock guard(lock_);
+    if (sorted_) {
+        if (!game) return;
+        gatheredBytes_ += game->text.size();
+        gathered_.push_back(std::move(*game));
+        if (gatheredBytes_ >= runBytes) spillRun();
+        return;
+    }
+    if (number == nextNumber_) {
+        writeInOrder(number, game ? &game->text : nullptr);
+        room_.notify_all();
+        return;
+    }
+    early_.emplace(number, game ? std::optional<std::string>(std::move(game->text)) : std::nullopt);
+    // Running too far ahead of a slow game would pile up texts: wait for it.
+    room_.wait(guard, [&] { return abandoned_ || early_.size() < windowGames || number < nextNumber_; });
+}
+
+void OutputSpool::abandon() {
+    std::lock_guard guard(lock_);
+    abandoned_ = true;
+    room_.notify_all();
+}
+
+// Under the lock: the gathered games, sorted, into a run file of their own.
+void OutputSpool::spillRun() {
+    std::stable_sort(gathered_.begin(), gathered_.end(), gameLess);
+    std::FILE* run = std::tmpfile();
+    if (!run) {
+        failed_ = true;
+    } else {
+        RecordWriter writer(run);
+        for (const OutputGame& game : gathered_) writer.game(game);
+        if (!writer.ok()) failed_ = true;
+        runs_.push_back(run);
+    }
+    gathered_.clear();
+    gathered_.shrink_to_fit();
+    gatheredBytes_ = 0;
+}
+
+// Every run holds its games in order; the next game out is the least of the
+// runs' heads, the earlier run first on a tie, which keeps the input order.
+bool OutputSpool::mergeRuns(std::ostream& out, std::string& error) {
+    std::vector<RecordReader> readers;
+    std::vector<OutputGame> heads(runs_.size());
+    std::vector<bool> live(runs_.size());
+    for (std::size_t i = 0; i < runs_.size(); ++i) {
+        if (std::fflush(runs_[i]) != 0 || std::fseek(runs_[i], 0, SEEK_SET) != 0) {
+            error = std::strerror(errno);
+            return false;
+        }
+        readers.emplace_back(runs_[i]);
+        live[i] = readers[i].game(heads[i]);
+    }
+    for (;;) {
+        std::size_t least = runs_.size();
+        for (std::size_t i = 0; i < runs_.size(); ++i)
+            if (live[i] && (least == runs_.size() || gameLess(heads[i], heads[least]))) least = i;
+        if (least == runs_.size()) break;
+        out << heads[least].text << "\n";
+        live[least] = readers[least].game(heads[least]);
+    }
+    for (std::FILE* run : runs_)
+        if (std::ferror(run)) {
+            error = "the temporary file could not be read back";
+            return false;
+        }
+    return true;
+}
+
+bool OutputSpool::copyTo(std::ostream& out, std::string& error) {
+    std::lock_guard guard(lock_);
+    if (sorted_) {
+        if (runs_.empty()) {
+            std::stable_sort(gathered_.begin(), gathered_.end(), gameLess);
+            for (const OutputGame& game : gathered_) out << game.text << "\n";
+        } else {
+            if (!gathered_.empty()) spillRun();
+            if (!failed_ && !mergeRuns(out, error)) return false;
+        }
+    } else {
+        // Numbers never settled leave gaps; what follows them still goes out in order.
+        while (!early_.empty()) {
+            auto first = early_.begin();
+            const uint32_t number = first->first;
+            const std::optional<std::string> text = std::move(first->second);
+            early_.erase(first);
+            writeInOrder(number, text ? &*text : nullptr);
+        }
+        if (spool_ && !failed_ && !copyFile(spool_, out)) failed_ = true;
+    }
+    if (failed_) {
+        if (error.empty()) error = "the temporary file for the games could not be written";
+        return false;
+    }
+    out << std::flush;
+    return true;
+}
+
+OutputSpool& outputSpool() {
+    static OutputSpool spool;
+    return spool;
+}
+
+}  // namespace tarnfold::zmf

@@ -1,0 +1,86 @@
+#pragma once
+// Where the matching games wait for the end of the run. The output file is
+// only opened once the run is over (a failing query writes nothing), but the
+// games do not wait in memory: their text goes to an anonymous temporary
+// file as soon as its place in the output is known, so that memory does not
+// grow with the number of games written.
+//
+// Without sort keys the output order is the input order: a game is written
+// once every game before it is settled. Worker threads settle games out of
+// order; a small window holds those that are early, and a worker that runs
+// too far ahead waits. With sort keys, games are gathered into runs of a
+// bounded size, each sorted and spilled to a file of its own, and the runs
+// are merged at the end; ties keep the input order.
+
+#include <condition_variable>
+#include <cstdint>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <ostream>
+#include <vector>
+
+#include "driver/run_totals.h"
+
+namespace tarnfold::zmf {
+
+// Whether a comes before b in the output: by the sort keys in turn, a game
+// without a value for a key after those with one.
+bool gameLess(const OutputGame& a, const OutputGame& b);
+
+class OutputSpool {
+public:
+    OutputSpool();
+    ~OutputSpool();
+    OutputSpool(const OutputSpool&) = delete;
+    OutputSpool& operator=(const OutputSpool&) = delete;
+
+    // Forgets every game; `sorted` when the games carry sort keys.
+    void reset(bool sorted);
+
+    // The game with this number is settled: with its output, or with none.
+    // Every number handed out must be settled once, in any order. Safe to
+    // call from several threads. May wait while the window is full.
+    void settle(uint32_t number, std::optional<OutputGame> game);
+
+    // Writes every game in its order. False when the spool could not be
+    // written or read back; `error` then says why.
+    bool copyTo(std::ostream& out, std::string& error);
+
+    // Stops threads waiting for room: the run is over without output.
+    void abandon();
+
+    // How many bytes of game text a sorted run gathers before it is
+    // spilled; small values let tests exercise the merge.
+    std::size_t runBytes = std::size_t(32) << 20;
+    // How many games the window may hold ahead of the next one due.
+    std::size_t windowGames = 256;
+
+private:
+    void writeText(std::FILE* file, const std::string& text);
+    void writeInOrder(uint32_t number, const std::string* text);
+    void spillRun();
+    bool mergeRuns(std::ostream& out, std::string& error);
+
+    bool sorted_ = false;
+    std::mutex lock_;
+    std::condition_variable room_;
+    bool abandoned_ = false;
+    bool failed_ = false;
+
+    // Input order: the spool file, the next number due and the early ones.
+    std::FILE* spool_ = nullptr;
+    uint32_t nextNumber_ = 1;
+    std::map<uint32_t, std::optional<std::string>> early_;
+
+    // Sorted: the games of the run being gathered, and the spilled runs.
+    std::vector<OutputGame> gathered_;
+    std::size_t gatheredBytes_ = 0;
+    std::vector<std::FILE*> runs_;
+};
+
+OutputSpool& outputSpool();
+
+}  // namespace tarnfold::zmf
