@@ -11,6 +11,7 @@
 #include "driver/entry.h"
 #include "driver/game_loop.h"
 #include "driver/header_defaults.h"
+#include "driver/input_stream.h"
 #include "driver/output_spool.h"
 #include "driver/path_search.h"
 #include "driver/print_diagnostics.h"
@@ -98,21 +99,15 @@ bool runQuery(ZMFDriverOptions& options) {
         std::cout << "No input PGN file provided\n" << std::flush;
         return false;
     }
-    std::string resolved = resolveFile(options.inputFile, queryPathList);
-    // A directory opens as a stream on this platform and then reads as an
-    // empty file; say what it is instead.
-    std::ifstream input;
-    std::error_code error;
-    errno = 0;
-    if (std::filesystem::is_directory(resolved, error))
-        errno = EISDIR;
-    else
-        input.open(resolved, std::ios::binary);
-    if (!input.is_open()) {
-        std::cout << "Failed to open file '" << options.inputFile << "': " << std::strerror(errno) << "\n"
-                  << std::flush;
+    const std::string resolved =
+        options.inputFile == "stdin" ? options.inputFile : resolveFile(options.inputFile, queryPathList);
+    std::string error;
+    std::unique_ptr<InputSource> source = openInput(resolved, error);
+    if (!source) {
+        std::cout << "Failed to open file '" << options.inputFile << "': " << error << "\n" << std::flush;
         return false;
     }
+    std::istream& input = source->stream();
 
     RunTotals& totals = runTotals();
     totals.start = std::chrono::steady_clock::now();
@@ -130,7 +125,12 @@ bool runQuery(ZMFDriverOptions& options) {
         threadsUsed = runSingleThreaded(options, query, input);
     }
     std::cout << "\n" << std::flush;
-    input.close();
+    // A damaged archive ends the games early: nothing is written.
+    if (const std::string damage = source->error(); !damage.empty()) {
+        std::cout << "Failed to read file '" << options.inputFile << "': " << damage << "\n" << std::flush;
+        return false;
+    }
+    source.reset();
     if (totals.fatal) return false;
     return writeOutput(options, threadsUsed);
 }

@@ -26,7 +26,7 @@ std::string usageText() {
              {"--zmf TEXT", "Add TEXT, in braces, to the query"},
              {"--gamenumber/-g FIRST [LAST]", "Only games FIRST to LAST (from 1)"},
              {"--help/-h", "Print this text"},
-             {"--input/-i FILE", "Read games from the PGN file FILE"},
+             {"--input/-i FILE", "Read games from FILE (PGN, or gz, bz2, xz, zst, zip; stdin)"},
              {"--license", "Print the licence"},
              {"--limit N", "Stop after N matching games (0: no limit)"},
              {"--lineincrement N", "Print a progress mark every N games (0: none)"},
