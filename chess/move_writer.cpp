@@ -24,6 +24,19 @@ std::string checkSuffix(Board& board, const MoveTextStyle& style) {
                                                                   : style.checkSuffix;
 }
 
+// The squares from which a piece of the type could reach the target by
+// its movement alone, checks and pins aside.
+Bitboard reachingPieces(PieceType type, Square target, Bitboard occupancy) {
+    switch (type) {
+        case Knight: return knightAttacks[target];
+        case Bishop: return bishopAttacks(target, occupancy);
+        case Rook: return rookAttacks(target, occupancy);
+        case Queen: return queenAttacks(target, occupancy);
+        case King: return kingAttacks[target];
+        default: return ~Bitboard(0);
+    }
+}
+
 // File and rank needed to tell the move from those of other pieces of its
 // kind that reach the same target, in the sense of the style.
 std::string disambiguation(Board& board, Move move, const MoveTextStyle& style) {
@@ -34,8 +47,11 @@ std::string disambiguation(Board& board, Move move, const MoveTextStyle& style) 
     if (move.isReverse()) {
         board.generateLegalReverseMoves(moves);
     } else {
-        const Bitboard others =
-            board.pieces[pieceColor(move.moved())][pieceType(move.moved())] & ~squareBit(from);
+        const Bitboard others = board.pieces[pieceColor(move.moved())][pieceType(move.moved())] &
+                                reachingPieces(pieceType(move.moved()), move.to(), board.occupied) &
+                                ~squareBit(from);
+        // Most moves have no rival at all: no need to generate any move.
+        if (others == 0) return "";
         board.generateLegalMoves(moves, others, squareBit(move.to()), style.disambiguation == 2);
     }
     bool rivals = false, sameFile = false, sameRank = false;

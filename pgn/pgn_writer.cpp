@@ -24,26 +24,28 @@ void appendCommentChar(const PGNWriteOptions& options, char c, std::string& word
 // Adds the words of one comment text and returns how many it added.
 size_t addCommentWords(const PGNWriteOptions& options, std::string_view text, std::vector<PGNWord>& words) {
     const size_t start = words.size();
-    std::string word;
-    auto endWord = [&] {
-        if (word.empty()) return;
+    size_t at = 0;
+    while (at < text.size()) {
+        while (at < text.size() && isBlank(text[at])) ++at;
+        size_t end = at;
+        while (end < text.size() && !isBlank(text[end])) ++end;
+        if (end == at) break;
+        const std::string_view piece = text.substr(at, end - at);
+        at = end;
+        std::string word;
+        if (piece.find_first_of("{}") == std::string_view::npos) {
+            word.assign(piece);
+        } else {
+            for (char c : piece) appendCommentChar(options, c, word);
+            if (word.empty()) continue;
+        }
         if (!options.splitCommentWords && words.size() > start) {
             words.back().text += ' ';
             words.back().text += word;
-            word.clear();
-            return;
-        }
-        words.push_back({std::move(word), words.size() > start});
-        word.clear();
-    };
-    for (char c : text) {
-        if (isBlank(c)) {
-            endWord();
         } else {
-            appendCommentChar(options, c, word);
+            words.push_back({std::move(word), words.size() > start});
         }
     }
-    endWord();
     return words.size() - start;
 }
 
