@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <span>
 #include <thread>
 
 #include "driver/path_search.h"
@@ -144,13 +145,15 @@ public:
 
     bool run();
 
-private:
     using Handler = bool (CommandLineParser::*)();
     struct ValueOption {
         const char* name;
         const char* alias;
         Handler handler;
     };
+    static std::span<const ValueOption> optionTable();
+
+private:
     static const ValueOption valueOptions[];
 
     bool step();
@@ -247,6 +250,8 @@ const CommandLineParser::ValueOption CommandLineParser::valueOptions[] = {
     {"wtm", nullptr, &CommandLineParser::wtm},
     {"year", nullptr, &CommandLineParser::year},
 };
+
+std::span<const CommandLineParser::ValueOption> CommandLineParser::optionTable() { return valueOptions; }
 
 bool CommandLineParser::run() {
     for (index_ = 0; index_ < args_.size(); ++index_)
@@ -588,6 +593,18 @@ bool CommandLineParser::year() {
 }
 
 }  // namespace
+
+std::vector<std::string> knownOptionNames() {
+    std::vector<std::string> names;
+    for (const FlagOption& option : flagOptions) names.emplace_back(option.name);
+    for (const char* name : transformOptions) names.emplace_back(name);
+    for (const TagOption& option : tagOptions) names.emplace_back(option.name);
+    for (const auto& option : CommandLineParser::optionTable()) {
+        names.emplace_back(option.name);
+        if (option.alias) names.emplace_back(option.alias);
+    }
+    return names;
+}
 
 bool parseCommandLine(const std::vector<std::string>& arguments, ZMFDriverOptions& options,
                       std::string& error) {

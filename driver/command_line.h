@@ -17,6 +17,10 @@ bool matchOption(std::string_view argument, std::string_view name);
 // Stops at the first error and leaves the whole message in `error`. A query
 // file that cannot be read fails with `error` empty: its reader has already
 // printed why.
+// Every option name the command line accepts, short aliases included,
+// without dashes.
+std::vector<std::string> knownOptionNames();
+
 bool parseCommandLine(const std::vector<std::string>& arguments, ZMFDriverOptions& options,
                       std::string& error);
 

@@ -6,20 +6,11 @@
 
 namespace tarnfold::zmf {
 
-std::string versionText() { return "ZMFi version 1.0.3 - query interpreter for chess games"; }
+// The version is the project's, given by the build.
+std::string versionText() { return "ZMFi version " ZMFI_VERSION " - query interpreter for chess games"; }
 
-std::string usageText() {
-    // Option column, then a one-line description; the columns are aligned
-    // when the text is made so that entries stay easy to edit.
-    struct Entry {
-        const char* option;
-        const char* description;
-    };
-    struct Section {
-        const char* heading;
-        std::vector<Entry> entries;
-    };
-    static const Section sections[] = {
+const std::vector<HelpSection>& helpSections() {
+    static const std::vector<HelpSection> sections = {
         {"General Options",
          {
              {"--append/-a FILE", "Append matching games to FILE"},
@@ -123,15 +114,46 @@ std::string usageText() {
              {"--noconsoleunicode", "Draw the --parse tree with plain characters"},
          }},
     };
+    return sections;
+}
+
+const std::vector<HelpEntry>& unlistedOptions() {
+    static const std::vector<HelpEntry> entries = {
+        {"--noasyncerrors", "Hold run-time errors of a game until the game is finished."},
+        {"--noskipunknownvariants", "Read games of variants that are not understood (the default)."},
+        {"--noelidecomments", "Write comments (the default)."},
+        {"--noelidenags", "Write NAGs (the default)."},
+        {"--noelidevariations", "Write variations (the default)."},
+        {"--nonestedcomments", "Read a closing brace as the end of a PGN comment (the default)."},
+        {"--dump-nfa-diagrams",
+         "Print the automaton of each line filter, as text on standard output and in the DOT language on "
+         "standard error, and stop."},
+        {"--expandtransforms", "With --parse: show every copy a transform filter makes."},
+        {"--expandfunctions", "With --parse: show the body of each function call."},
+        {"--expandfuncargs", "With --parse: show the bodies and the bound arguments of function calls."},
+        {"--omit-elided-parens", "With --parse: leave parentheses that change nothing out of the tree."},
+        {"--omit-elided-braces", "With --parse: leave braces around a single filter out of the tree."},
+        {"--omit-elided-aux-nodes",
+         "With --parse: leave function definitions and the header, which do their work while the query is "
+         "read, "
+         "out of the tree."},
+        {"--omit-elided-nodes", "With --parse: all three of the above."},
+    };
+    return entries;
+}
+
+std::string usageText() {
     std::string text =
         "Usage: zmfi [options] [file.zmf]\n"
         "\n"
         "Runs a ZMF query over the games of a PGN file and writes the games that match,\n"
         "with the matching positions marked by comments. Without a query file the query\n"
         "is \"true\", narrowed by any filters that options inject.\n";
-    for (const Section& section : sections) {
+    // Option column, then the description; the columns are aligned here so
+    // that entries stay easy to edit.
+    for (const HelpSection& section : helpSections()) {
         text += "\n----- " + std::string(section.heading) + " -----\n";
-        for (const Entry& entry : section.entries) {
+        for (const HelpEntry& entry : section.entries) {
             std::string option = entry.option;
             option.resize(std::max<std::size_t>(option.size() + 1, 30), ' ');
             text += option + entry.description + "\n";

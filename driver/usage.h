@@ -2,8 +2,23 @@
 // The fixed texts of the program: version line, usage, licence.
 
 #include <string>
+#include <vector>
 
 namespace tarnfold::zmf {
+
+// The options --help lists, by section, each with a one-line description.
+// The manual page is made from the same table.
+struct HelpEntry {
+    const char* option;
+    const char* description;
+};
+struct HelpSection {
+    const char* heading;
+    std::vector<HelpEntry> entries;
+};
+const std::vector<HelpSection>& helpSections();
+// Options that work without --help listing them; the manual page has them.
+const std::vector<HelpEntry>& unlistedOptions();
 
 std::string versionText();
 std::string usageText();

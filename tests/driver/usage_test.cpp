@@ -1,0 +1,44 @@
+// Every option the command line accepts is documented: listed by --help, or
+// among the options the manual page adds; and nothing is documented that
+// the command line would refuse.
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "driver/command_line.h"
+#include "driver/usage.h"
+
+namespace tarnfold::zmf {
+namespace {
+
+// "--append/-a FILE" names append and a.
+void addNames(std::string_view option, std::set<std::string>& names) {
+    option = option.substr(0, option.find(' '));
+    for (std::size_t start = 0; start < option.size();) {
+        std::size_t slash = option.find('/', start);
+        if (slash == std::string_view::npos) slash = option.size();
+        std::string_view name = option.substr(start, slash - start);
+        while (!name.empty() && name.front() == '-') name.remove_prefix(1);
+        names.emplace(name);
+        start = slash + 1;
+    }
+}
+
+TEST(Usage, EveryAcceptedOptionIsDocumentedAndNoOther) {
+    std::set<std::string> documented;
+    for (const HelpSection& section : helpSections())
+        for (const HelpEntry& entry : section.entries) addNames(entry.option, documented);
+    for (const HelpEntry& entry : unlistedOptions()) addNames(entry.option, documented);
+    const std::vector<std::string> known = knownOptionNames();
+    const std::set<std::string> accepted(known.begin(), known.end());
+    for (const std::string& name : accepted) EXPECT_TRUE(documented.count(name)) << "undocumented: --" << name;
+    for (const std::string& name : documented) EXPECT_TRUE(accepted.count(name)) << "not accepted: --" << name;
+    // The help text is made from the same table.
+    const std::string text = usageText();
+    EXPECT_NE(text.find("\n--append/-a FILE              Append matching games to FILE\n"), std::string::npos);
+    EXPECT_EQ(text.find("--dump-nfa-diagrams"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace tarnfold::zmf
