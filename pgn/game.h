@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "chess/board.h"
@@ -40,7 +41,12 @@ public:
         tags.clear();
         result = UnknownResult;
         board.setStartPosition();
-        root = std::make_unique<NodeType>();
+        if constexpr (std::is_same_v<NodeType, AnnotatedGameTreeNode>) {
+            if (root) recycleTree(std::move(root));
+            root = newAnnotatedNode();
+        } else {
+            root = std::make_unique<NodeType>();
+        }
         current = root.get();
     }
 

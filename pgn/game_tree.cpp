@@ -51,8 +51,48 @@ GameTreeNode* GameTreeNode::child(size_t index) const {
 
 AnnotatedGameTreeNode::~AnnotatedGameTreeNode() = default;
 
+namespace {
+
+// The nodes of finished games wait here to be handed out again, their lists
+// emptied but keeping their capacity: reading the next game then costs no
+// allocation per move. Each thread keeps its own, up to a bound, so that one
+// huge game does not hold its memory for the rest of the run.
+thread_local std::vector<std::unique_ptr<AnnotatedGameTreeNode>> spareNodes;
+constexpr std::size_t maximumSpareNodes = std::size_t(1) << 16;
+
+}  // namespace
+
+std::unique_ptr<AnnotatedGameTreeNode> newAnnotatedNode() {
+    if (spareNodes.empty()) return std::make_unique<AnnotatedGameTreeNode>();
+    std::unique_ptr<AnnotatedGameTreeNode> node = std::move(spareNodes.back());
+    spareNodes.pop_back();
+    return node;
+}
+
+void recycleTree(std::unique_ptr<AnnotatedGameTreeNode> root) {
+    std::vector<std::unique_ptr<GameTreeNode>> pending;
+    pending.push_back(std::move(root));
+    while (!pending.empty()) {
+        std::unique_ptr<GameTreeNode> node = std::move(pending.back());
+        pending.pop_back();
+        for (auto& child : node->children) pending.push_back(std::move(child));
+        node->children.clear();
+        if (spareNodes.size() >= maximumSpareNodes) continue;
+        auto* annotated = static_cast<AnnotatedGameTreeNode*>(node.release());
+        annotated->move = rootMove;
+        annotated->ply = 0;
+        annotated->childIndex = 0;
+        annotated->parentNode = nullptr;
+        annotated->mark = 0;
+        annotated->commentsAfter.clear();
+        annotated->commentsBefore.clear();
+        annotated->nags.clear();
+        spareNodes.emplace_back(annotated);
+    }
+}
+
 AnnotatedGameTreeNode* AnnotatedGameTreeNode::addChild(Move childMove) {
-    return static_cast<AnnotatedGameTreeNode*>(adopt(std::make_unique<AnnotatedGameTreeNode>(), childMove));
+    return static_cast<AnnotatedGameTreeNode*>(adopt(newAnnotatedNode(), childMove));
 }
 
 GameTreeNode* rootOf(GameTreeNode* node) {

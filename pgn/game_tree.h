@@ -80,6 +80,11 @@ public:
     std::vector<uint8_t> nags;
 };
 
+// A fresh annotated node, and the way back for a whole tree of them once
+// its game is done: nodes are reused rather than freed and allocated again.
+std::unique_ptr<AnnotatedGameTreeNode> newAnnotatedNode();
+void recycleTree(std::unique_ptr<AnnotatedGameTreeNode> root);
+
 GameTreeNode* rootOf(GameTreeNode* node);
 GameTreeNode* lowestCommonAncestor(GameTreeNode* a, GameTreeNode* b);
 GameTreeNode* deepestFirstChild(GameTreeNode* node);
