@@ -93,17 +93,20 @@ std::string promotionText(Piece promotion, const MoveTextStyle& style) {
 
 std::string moveToText(Board& board, Move move, const MoveTextStyle& style) {
     if (move.isNull()) return style.nullMoveText;
+    std::string text = moveTextWithoutMark(board, move, style);
+    if (move.isReverse()) return text + checkSuffix(board, style);
+    board.makeMove(move);
+    text += checkSuffix(board, style);
+    board.unmakeMove();
+    return text;
+}
+
+std::string checkMark(Board& board, const MoveTextStyle& style) { return checkSuffix(board, style); }
+
+std::string moveTextWithoutMark(Board& board, Move move, const MoveTextStyle& style) {
+    if (move.isNull()) return style.nullMoveText;
     std::string text = move.isReverse() ? style.reversePrefix : "";
-    std::string suffix;
-    if (move.isReverse()) {
-        suffix = checkSuffix(board, style);
-    } else {
-        board.makeMove(move);
-        suffix = checkSuffix(board, style);
-        board.unmakeMove();
-    }
-    if (move.isCastle())
-        return text + (move.isShortCastle() ? style.shortCastleText : style.longCastleText) + suffix;
+    if (move.isCastle()) return text + (move.isShortCastle() ? style.shortCastleText : style.longCastleText);
 
     const PieceType type = pieceType(move.moved());
     if (type != Pawn) {
@@ -130,7 +133,7 @@ std::string moveToText(Board& board, Move move, const MoveTextStyle& style) {
         if (move.isReverse()) text += "ep";
         text += style.enPassantSuffix;
     }
-    return text + suffix;
+    return text;
 }
 
 }  // namespace tarnfold

@@ -84,5 +84,10 @@ struct MoveTextStyle {
 // SAN of a move legal on the board, suffix included; the board is used to
 // try the move and comes back unchanged.
 std::string moveToText(Board& board, Move move, const MoveTextStyle& style = {});
+// The same in two halves, for a writer that plays the move anyway: the text
+// without its check or mate mark, on the board before the move, and the
+// mark, on the board after it.
+std::string moveTextWithoutMark(Board& board, Move move, const MoveTextStyle& style = {});
+std::string checkMark(Board& board, const MoveTextStyle& style = {});
 
 }  // namespace tarnfold

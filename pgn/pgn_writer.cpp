@@ -95,6 +95,13 @@ std::vector<std::string_view> commentTexts(const PGNWriteOptions& options,
     return texts;
 }
 
+constexpr size_t noWord = ~size_t(0);
+
+// The mark of a move just played, onto its word.
+void addCheckMark(const PGNWriteOptions& options, Board& board, std::vector<PGNWord>& words, size_t moveWord) {
+    if (moveWord != noWord) words[moveWord].text += checkMark(board, options.notation);
+}
+
 // With Black to move the number is written only when forced: after a NAG, a
 // comment or a variation, or at the start of a variation.
 std::string moveNumber(const PGNWriteOptions& options, const Board& board, bool force) {
@@ -104,10 +111,15 @@ std::string moveNumber(const PGNWriteOptions& options, const Board& board, bool 
     return {};
 }
 
+// A move that the writer is about to play gets its check or mate mark once
+// it is played (`markPending`), which spares playing it once more just for
+// the mark.
 void writeOneMove(const PGNWriteOptions& options, Board& board, Move move, bool force,
-                  std::vector<PGNWord>& words) {
+                  std::vector<PGNWord>& words, bool& markPending) {
     std::string number = moveNumber(options, board, force);
-    std::string san = moveToText(board, move, options.notation);
+    markPending = !move.isNull() && !move.isReverse();
+    std::string san = markPending ? moveTextWithoutMark(board, move, options.notation)
+                                  : moveToText(board, move, options.notation);
     if (number.empty()) {
         words.push_back({std::move(san), true});
     } else if (!options.splitMoves) {
@@ -120,10 +132,13 @@ void writeOneMove(const PGNWriteOptions& options, Board& board, Move move, bool 
 }
 
 // The move of node with its NAGs and comments; returns whether Black's next
-// move needs its number.
+// move needs its number. `moveWord` is the index of the word that still
+// awaits its check mark, or none.
 bool writeAnnotatedMove(const PGNWriteOptions& options, Board& board, const AnnotatedGameTreeNode& node,
-                        bool force, std::vector<PGNWord>& words) {
-    writeOneMove(options, board, node.move, force, words);
+                        bool force, std::vector<PGNWord>& words, size_t& moveWord) {
+    bool markPending = false;
+    writeOneMove(options, board, node.move, force, words, markPending);
+    moveWord = markPending ? words.size() - 1 : noWord;
     bool nextForce = false;
     if (writeNags(options, node.nags, words)) nextForce = options.moveNumberAfterNag;
     if (writeComments(options, node.commentsAfter, words) && options.moveNumberAfterComment) nextForce = true;
@@ -135,8 +150,10 @@ void writeVariation(const PGNWriteOptions& options, AnnotatedGame& game, Annotat
     words.push_back({"(", true});
     const size_t opened = words.size();
     writeComments(options, start.commentsBefore, words);
-    const bool childForce = writeAnnotatedMove(options, game.board, start, true, words);
+    size_t moveWord = noWord;
+    const bool childForce = writeAnnotatedMove(options, game.board, start, true, words, moveWord);
     game.forward(&start);
+    addCheckMark(options, game.board, words, moveWord);
     writeMoves(options, game, words, childForce);
     game.back();
     words.push_back({")", !options.compactVariations});
@@ -251,13 +268,15 @@ void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, std::vector
         AnnotatedGameTreeNode* first = node->childAnnotated(0);
         const bool edit = first->move.isEdit();
         bool nextForce = false;
+        size_t moveWord = noWord;
         if (!edit) {
             writeComments(options, first->commentsBefore, words);
-            nextForce = writeAnnotatedMove(options, game.board, *first, force, words);
+            nextForce = writeAnnotatedMove(options, game.board, *first, force, words, moveWord);
         }
         const bool wroteVariation = writeVariations(options, game, *node, words);
         if (edit) break;
         game.forward(first);
+        addCheckMark(options, game.board, words, moveWord);
         ++played;
         // A move after a variation always carries its number.
         force = nextForce || wroteVariation;
