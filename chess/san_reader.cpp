@@ -5,6 +5,7 @@
 #include <array>
 
 #include "chess/names.h"
+#include "chess/attacks.h"
 #include "chess/notation.h"
 
 namespace tarnfold {
@@ -206,10 +207,31 @@ private:
                               : candidate.captured() == makePiece(putBack_, board_.sideToMove);
     }
 
+    // Most piece moves have a single piece of their kind that reaches the
+    // target: that one is tried at once, without generating moves. Variants
+    // where a capture is compulsory take the long way, which knows the rule.
+    bool chooseSingle(PieceType piece, Square target, Bitboard fromSet, Move& move) {
+        if (reverse_ || drop_ || promotion_ != NoPieceType || board_.variantRules.mandatoryCapture) return false;
+        if (piece != Knight && piece != Bishop && piece != Rook && piece != Queen) return false;
+        if (board_.byColor[mover_] & squareBit(target)) return false;
+        const Bitboard reach = piece == Knight   ? knightAttacks[target]
+                               : piece == Bishop ? bishopAttacks(target, board_.occupied)
+                               : piece == Rook   ? rookAttacks(target, board_.occupied)
+                                                 : queenAttacks(target, board_.occupied);
+        const Bitboard candidates = fromSet & board_.pieces[mover_][piece] & reach;
+        if (candidates == 0 || moreThanOne(candidates)) return false;
+        const Move candidate =
+            Move::make(makePiece(piece, mover_), lowestSquare(candidates), target, board_.squares[target]);
+        if (!board_.isLegalMove(candidate)) return false;
+        move = candidate;
+        return true;
+    }
+
     MoveError choose(PieceType piece, Square target, Move& move) {
         Bitboard fromSet = ~Bitboard(0);
         if (qualifierFile_ >= 0) fromSet &= fileMask[qualifierFile_];
         if (qualifierRank_ >= 0) fromSet &= rankMask[qualifierRank_];
+        if (chooseSingle(piece, target, fromSet, move)) return MoveSuccess;
         thread_local MoveList moves;
         if (reverse_) {
             board_.generateReverseMoves(moves);
