@@ -222,9 +222,30 @@ private:
         if (candidates == 0 || moreThanOne(candidates)) return false;
         const Move candidate =
             Move::make(makePiece(piece, mover_), lowestSquare(candidates), target, board_.squares[target]);
-        if (!board_.isLegalMove(candidate)) return false;
+        if (!(keepsKingSafe(candidate) || board_.isLegalMove(candidate))) return false;
         move = candidate;
         return true;
+    }
+
+    // Whether a piece move, king moves aside, leaves the mover's king out of
+    // check, told without playing it: with the king not in check now, only a
+    // line that the moving piece opened could attack it. Rule sets with
+    // more to say about a move (explosions, checks that may not be given,
+    // kings that are no kings) are left to the full test.
+    bool keepsKingSafe(Move candidate) const {
+        const Variant variant = board_.variant;
+        if (variant != Standard && variant != Chess960 && variant != Crazyhouse && variant != KingOfTheHill &&
+            variant != ThreeCheck)
+            return false;
+        const Square king = board_.royalKingSquare(mover_);
+        if (king == NoSquare || board_.isInCheck(mover_)) return false;
+        const Color enemy = otherColor(mover_);
+        const Bitboard occupancy = (board_.occupied & ~squareBit(candidate.from())) | squareBit(candidate.to());
+        const Bitboard straight = board_.pieces[enemy][Rook] | board_.pieces[enemy][Queen];
+        const Bitboard diagonal = board_.pieces[enemy][Bishop] | board_.pieces[enemy][Queen];
+        const Bitboard attackers =
+            (rookAttacks(king, occupancy) & straight) | (bishopAttacks(king, occupancy) & diagonal);
+        return (attackers & ~squareBit(candidate.to())) == 0;
     }
 
     MoveError choose(PieceType piece, Square target, Move& move) {
