@@ -64,7 +64,7 @@ public:
               std::string& response);
 
     std::size_t size();
-    // The process id of the program, 0 when it is not running.
+    // The process id of the program, 0 when it was never started.
     pid_t pidOf(const std::vector<std::string>& arguments);
 
 private:
