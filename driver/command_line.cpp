@@ -1,5 +1,6 @@
 #include "driver/command_line.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cerrno>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <thread>
 
 #include "driver/path_search.h"
+#include "query/hhdb_commands.h"
 
 namespace tarnfold::zmf {
 
@@ -194,6 +196,7 @@ private:
     bool wtm();
     bool zmf();
     bool gameNumber();
+    bool hhdb();
     bool input();
     bool limit();
     bool lineIncrement();
@@ -229,6 +232,7 @@ const CommandLineParser::ValueOption CommandLineParser::valueOptions[] = {
     {"btm", nullptr, &CommandLineParser::btm},
     {"zmf", nullptr, &CommandLineParser::zmf},
     {"gamenumber", "g", &CommandLineParser::gameNumber},
+    {"hhdb", nullptr, &CommandLineParser::hhdb},
     {"input", "i", &CommandLineParser::input},
     {"limit", nullptr, &CommandLineParser::limit},
     {"lineincrement", nullptr, &CommandLineParser::lineIncrement},
@@ -451,6 +455,55 @@ bool CommandLineParser::gameNumber() {
         }
     }
     ++index_;
+    return true;
+}
+
+// --hhdb WORD...: an hhdb filter from the words that follow, as far as they
+// make one command. The list ends at an argument that is no command word,
+// or repeats one, or cannot follow the last; that argument is left for the
+// next turn of the loop. Only award words combine; gbr may take a section,
+// and search takes the text to search for.
+bool CommandLineParser::hhdb() {
+    std::vector<std::string> words{"hhdb"};
+    std::vector<std::string> commands;
+    std::size_t consumed = 0;
+    const HHDBCommand* last = nullptr;
+    while (hasArgument(consumed + 1)) {
+        const std::string& word = argument(consumed + 1);
+        const HHDBCommand* command = findHHDBCommand(word);
+        if (!command) {
+            if (!last) return fail("'" + word + "' is not a valid hhdb command");
+            break;
+        }
+        if (std::find(commands.begin(), commands.end(), word) != commands.end()) break;
+        if (last && (last->code != hhdbAwardCode || command->code != hhdbAwardCode)) break;
+        commands.push_back(word);
+        // Markers and status codes, which the scanner would cut into pieces,
+        // go in as strings.
+        words.push_back(command->quotable ? "\"" + word + "\"" : word);
+        ++consumed;
+        last = command;
+        if (command->code == hhdbGbrCode && hasArgument(consumed + 1) &&
+            hhdbGbrSectionCode(argument(consumed + 1)) != 0) {
+            words.push_back(argument(consumed + 1));
+            ++consumed;
+        }
+    }
+    if (!last) return fail(missing());
+    if (last->code == hhdbSearchCode) {
+        if (!hasArgument(consumed + 1))
+            return fail("missing required search parameter for " + quoted() + " option with '" + commands.back() +
+                        "' command");
+        words.push_back("\"" + argument(consumed + 1) + "\"");
+        ++consumed;
+    }
+    std::string text;
+    for (const std::string& word : words) {
+        if (!text.empty()) text.push_back(' ');
+        text.append(word);
+    }
+    injectText(text, false, consumed);
+    index_ += consumed;
     return true;
 }
 

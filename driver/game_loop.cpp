@@ -118,6 +118,7 @@ void workerMain(std::unique_ptr<WorkerContext> context) {
     // Each worker parses the query by itself, so that no part of the tree or
     // of its variable slots is shared between threads.
     Parser parser;
+    parser.secureMode = context->options.secure;
     parser.finalPass = true;
     parser.keepCompounds = false;
     parser.keepParens = false;

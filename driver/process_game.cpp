@@ -183,6 +183,14 @@ void setUpEngine(ZMFEngine& engine, const ZMFDriverOptions& options) {
     engine.keepAllBest = options.keepAllBest;
     engine.asyncMessages = options.asyncMessages;
     engine.asyncErrors = options.asyncErrors;
+    engine.pipeTimeouts = {options.pipeTimeoutFirst, options.pipeTimeoutLater};
+    // A query that may come from elsewhere reaches nothing outside the
+    // process; the parser refused its filters already, this is the second
+    // lock on the door.
+    if (options.secure) {
+        engine.pipes = nullptr;
+        engine.files = nullptr;
+    }
     // Messages shown as they come, under the console lock like all output
     // of the workers.
     engine.messageSink = [&engine, &options](const EngineMessage& message) {

@@ -91,6 +91,7 @@ const std::vector<HelpSection>& helpSections() {
              {"--flipcolor", "Wrap the query in flipcolor"},
              {"--fliphorizontal", "Wrap the query in fliphorizontal"},
              {"--flipvertical", "Wrap the query in flipvertical"},
+             {"--hhdb WORD...", "Add the study-database filter hhdb WORD..."},
              {"--player NAME", "Keep games with the player NAME"},
              {"--reversecolor", "Wrap the query in reversecolor"},
              {"--result RESULT", "Keep games with the result RESULT"},

@@ -34,6 +34,7 @@ void ZMFEngine::prepare(ParsedQuery& query) {
     hasVariations = false;
     abort = false;
     evaluations_ = 0;
+    hhdbFacts_ = {};
     if (slotValues.size() != query.variableSlots.size()) slotValues.resize(query.variableSlots.size());
     for (const VariableSlot& slot : query.variableSlots) {
         if (!slot.persistent)

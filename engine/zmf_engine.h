@@ -20,6 +20,8 @@
 #include "engine/tag_cache.h"
 #include "engine/value.h"
 #include "engine/variable_store.h"
+#include "external/command_pipe.h"
+#include "external/file_filters.h"
 #include "pgn/game.h"
 #include "query/parsed_query.h"
 
@@ -120,6 +122,14 @@ public:
     // on any query (the fuzz targets); 0 means none. Once it is spent every
     // filter gives None and the game's run ends, as after a failure.
     uint64_t evaluationLimit = 0;
+
+    // Outside contact: how long a command-pipe program may take to answer,
+    // and the tables of programs and written files the query may use. The
+    // driver takes both away in secure mode; a filter that needs a missing
+    // table fails as if the system had refused it.
+    PipeTimeouts pipeTimeouts;
+    CommandPipeTable* pipes = &commandPipeTable();
+    OpenFileTable* files = &openFileTable();
 
     uint64_t positionsTotal = 0;
     uint32_t commentSequence = 0;
@@ -267,6 +277,17 @@ private:
     Value bestOf(const std::vector<NodePtr>& arguments, ValueType type, bool maximum);
     void markEcho(const EchoNode& node, uint32_t source, uint32_t target);
     void settleCommits();
+
+    // What hhdb reads of the whole game, found on its first use in a game:
+    // whether any comment of the tree marks a cook, and the first comment.
+    struct HHDBGameFacts {
+        std::optional<bool> cooked;
+        bool firstCommentRead = false;
+        std::optional<std::string> firstComment;
+    };
+    HHDBGameFacts hhdbFacts_;
+    bool hhdbCooked();
+    const std::optional<std::string>& hhdbFirstComment();
 
     // Whether a value lies in a range node's ends.
     bool rangeHolds(const ZMFNode& rangeNode, int64_t value);

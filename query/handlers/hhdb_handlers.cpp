@@ -1,102 +1,19 @@
 // The study-database filter: hhdb and one command from a fixed table. A
 // command such as <main> or (c) is several tokens to the scanner; written
 // without blanks between them they are read back as one word.
-#include <map>
 #include <string>
 #include <vector>
 
 #include "query/handlers/handler_support.h"
 #include "query/handlers/registry.h"
 #include "query/handlers/sort_slot.h"
+#include "query/hhdb_commands.h"
 #include "query/nodes/control_nodes.h"
 #include "query/nodes/hhdb_nodes.h"
 
 namespace tarnfold::zmf {
 
 namespace {
-
-struct HHDBCommand {
-    std::uint32_t code;
-    ValueType kind;
-    // Markers and status codes may also be written as string literals; the
-    // command words may not.
-    bool quotable;
-};
-
-const std::map<std::string, HHDBCommand, std::less<>>& hhdbCommands() {
-    static const std::map<std::string, HHDBCommand, std::less<>> table = [] {
-        std::map<std::string, HHDBCommand, std::less<>> commands;
-        auto add = [&](std::uint32_t code, ValueType kind, bool quotable,
-                       std::initializer_list<const char*> words) {
-            for (const char* word : words) commands.emplace(word, HHDBCommand{code, kind, quotable});
-        };
-        constexpr ValueType boolean = ValueType::Boolean, numeric = ValueType::Numeric,
-                            text = ValueType::String;
-        add(0, boolean, true, {"<cook>"});
-        add(1, boolean, true, {"<eg>"});
-        add(2, boolean, true, {"<main>"});
-        add(3, boolean, true, {"<or>"});
-        add(4, boolean, true, {"<minor_dual>"});
-        add(5, boolean, false, {"mainline"});
-        add(6, boolean, false, {"variation"});
-        add(7, boolean, false, {"cooked"});
-        add(8, boolean, false, {"sound"});
-        add(9, boolean, false, {"unsound"});
-        add(10, boolean, false, {"dual"});
-        add(hhdbAwardCode, numeric, false,
-            {"award", "special", "nonspecial", "hm", "commendation", "prize", "max", "sort", "sortable"});
-        add(12, text, false, {"firstcomment"});
-        add(13, text, false, {"diagram"});
-        add(14, numeric, false, {"egdiagram"});
-        add(15, text, false, {"gbr"});
-        add(20, text, false, {"composer"});
-        add(21, text, false, {"search"});
-        add(22, text, false, {"stipulation"});
-        add(23, boolean, true, {"(c)"});
-        add(23, boolean, false, {"correction"});
-        add(24, boolean, true, {"(m)"});
-        add(24, boolean, false, {"modification"});
-        add(25, boolean, true, {"(v)"});
-        add(25, boolean, false, {"version"});
-        add(26, boolean, true, {"(s)"});
-        add(26, boolean, false, {"corrected_solution"});
-        add(27, boolean, true, {"AN"});
-        add(27, boolean, false, {"anticipation"});
-        add(28, boolean, true, {"CR"});
-        add(28, boolean, false, {"colors_reversed"});
-        add(29, boolean, true, {"MC"});
-        add(29, boolean, false, {"too_many_composers"});
-        add(30, boolean, true, {"PH"});
-        add(30, boolean, false, {"posthumous"});
-        add(31, boolean, true, {"TE"});
-        add(31, boolean, false, {"theoretical_ending"});
-        add(32, boolean, true, {"TT"});
-        add(32, boolean, false, {"theme_tourney", "theme_tournament"});
-        add(33, boolean, true, {"TW"});
-        add(33, boolean, false, {"twin"});
-        add(34, boolean, true, {"U1"});
-        add(34, boolean, false, {"dual_at_move_1"});
-        add(35, boolean, true, {"U2"});
-        add(35, boolean, false, {"dual_after_move_1"});
-        add(36, boolean, true, {"U3"});
-        add(36, boolean, false, {"white_fails"});
-        add(37, boolean, true, {"U4"});
-        add(37, boolean, false, {"white_wins_in_draw"});
-        add(38, boolean, true, {"U5"});
-        add(38, boolean, false, {"unreachable"});
-        return commands;
-    }();
-    return table;
-}
-
-// The sections of the gbr field that may follow "gbr".
-std::uint32_t gbrSectionCode(std::string_view word) {
-    if (word == "kings") return 16;
-    if (word == "pieces") return 17;
-    if (word == "material") return 18;
-    if (word == "pawns") return 19;
-    return 0;
-}
 
 // A word of the command: the text of the tokens that follow one another
 // without a blank, and how many tokens it took.
@@ -140,7 +57,7 @@ CommandWord readCommandWord(Parser& parser) {
             --open;
         }
         if (!closed) unknown = run;
-        if (hhdbCommands().count(run) != 0) {
+        if (findHHDBCommand(run)) {
             word.text = run;
             word.tokens = i + 1;
         }
@@ -155,8 +72,8 @@ void consume(Parser& parser, std::size_t tokens) {
 }
 
 bool isAwardWord(std::string_view word) {
-    auto found = hhdbCommands().find(word);
-    return found != hhdbCommands().end() && found->second.code == hhdbAwardCode;
+    const HHDBCommand* command = findHHDBCommand(word);
+    return command && command->code == hhdbAwardCode;
 }
 
 // hhdb command, where a command is a word of the table, "gbr" with a
@@ -173,26 +90,26 @@ public:
             return nullptr;
         }
         CommandWord word = readCommandWord(parser);
-        auto found = hhdbCommands().find(word.text);
-        if (word.tokens == 0 || found == hhdbCommands().end()) {
+        const HHDBCommand* found = findHHDBCommand(word.text);
+        if (word.tokens == 0 || !found) {
             parser.report(first.begin, MessageLevel::Error,
                           joinPieces({"Command '", word.text, "' is not a valid hhdb command"}));
             return nullptr;
         }
-        if (word.quoted && !found->second.quotable) {
+        if (word.quoted && !found->quotable) {
             parser.report(
                 first.begin, MessageLevel::Error,
                 joinPieces({"Command '", word.text, "' for 'hhdb' filter must not be enclosed with quotes"}));
             return nullptr;
         }
         consume(parser, word.tokens);
-        const HHDBCommand& command = found->second;
+        const HHDBCommand& command = *found;
         if (command.code == hhdbAwardCode) return parseAward(token, first, word.text);
         std::uint32_t code = command.code;
         std::string text = word.text;
-        if (code == 15) {
+        if (code == hhdbGbrCode) {
             Token section = parser.peekToken();
-            if (std::uint32_t sectionCode = gbrSectionCode(section.text); sectionCode != 0) {
+            if (std::uint32_t sectionCode = hhdbGbrSectionCode(section.text); sectionCode != 0) {
                 parser.nextToken();
                 code = sectionCode;
                 text.push_back(' ');

@@ -5,12 +5,10 @@
 #include <cstdint>
 #include <string>
 
+#include "query/hhdb_commands.h"
 #include "query/node.h"
 
 namespace tarnfold::zmf {
-
-// The code of the award form, whose words combine.
-inline constexpr std::uint32_t hhdbAwardCode = 11;
 
 // Which award the award form accepts.
 enum class HHDBAwardKind : std::uint32_t { Any, Prize, HonourableMention, Commendation };

@@ -38,8 +38,9 @@ public:
     std::uint8_t noclobber;
 };
 
-// commandpipe (T T ...): the first argument is the command line of the
-// program, the last the request sent to it; the response is the value.
+// commandpipe (T T ...): every argument but the last is a word of the
+// program's command line, the first naming the program; the last is the
+// request sent to it, and the response is the value.
 class CommandpipeNode : public ZMFNode {
 public:
     static constexpr NodeKind kind = NodeKind::Commandpipe;

@@ -117,6 +117,25 @@ TEST(CommandLine, AssignInjectsNumbersBareAndEverythingElseQuoted) {
               "numeric variable value '99999999999999999999' for '-Assign' option is out of range");
 }
 
+TEST(CommandLine, HhdbTakesTheWordsOfOneCommand) {
+    // Markers and status codes go in as strings, which the scanner would
+    // otherwise cut into pieces.
+    EXPECT_EQ(textOf({"--hhdb", "<cook>"}), "hhdb \"<cook>\"\ntrue");
+    EXPECT_EQ(textOf({"--hhdb", "(c)", "--wtm"}), "hhdb \"(c)\" wtm\ntrue");
+    EXPECT_EQ(textOf({"--hhdb", "sound"}), "hhdb sound\ntrue");
+    // Award words combine; anything else ends the list.
+    EXPECT_EQ(textOf({"--hhdb", "prize", "special", "max", "--btm"}), "hhdb prize special max btm\ntrue");
+    EXPECT_EQ(injectedTextMap.at(0).arguments, (std::vector<std::string>{"prize", "special", "max"}));
+    // gbr takes a section; search the text to search for, whatever it is.
+    EXPECT_EQ(textOf({"--hhdb", "gbr", "pawns"}), "hhdb gbr pawns\ntrue");
+    EXPECT_EQ(textOf({"--hhdb", "search", "KRB"}), "hhdb search \"KRB\"\ntrue");
+    EXPECT_EQ(injectedTextMap.at(0).arguments, (std::vector<std::string>{"search", "KRB"}));
+    EXPECT_EQ(errorOf({"--HHDB", "search"}),
+              "missing required search parameter for '--HHDB' option with 'search' command");
+    EXPECT_EQ(errorOf({"--hhdb", "cooked?"}), "'cooked?' is not a valid hhdb command");
+    EXPECT_EQ(errorOf({"--hhdb"}), "missing argument for '--hhdb' option");
+}
+
 TEST(CommandLine, RangesTakeASecondNumberOnlyWhenItIsWhollyANumber) {
     Parsed games = parse({"-g", "5", "7"});
     EXPECT_EQ(games.options.gameNumberFirst, 5u);
