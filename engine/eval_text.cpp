@@ -10,13 +10,15 @@
 
 namespace tarnfold::zmf {
 
-// A string literal is its text, a bare variant its name; anything else is
-// evaluated. A position shows as its move number and side to move in a
+// A string literal is its text, a bare variant its name, a bare legality
+// filter its verdict with the reasons; anything else is evaluated. A position shows as its move number and side to move in a
 // comment, and as its id in a string made by str.
 std::string ZMFEngine::renderArgument(const ZMFNode& node, bool asComment) {
     const ZMFNode& inner = unwrapParens(node);
     if (inner.kind == NodeKind::String) return as<StringNode>(inner).value->toUtf8();
     if (inner.kind == NodeKind::Variant) return std::string(variantName(board().variant));
+    if (inner.kind == NodeKind::Legalposition) return analysisText(true);
+    if (inner.kind == NodeKind::Validposition) return analysisText(false);
     const Value value = evaluate(inner);
     if (value.is(ValueType::Position))
         return renderValue(value, asComment ? &boards[value.asPosition().id] : nullptr);

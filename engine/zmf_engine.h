@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/analysis_report.h"
 #include "chess/board.h"
 #include "engine/regex_state.h"
 #include "engine/tag_cache.h"
@@ -210,6 +211,12 @@ private:
     std::string renderArgument(const ZMFNode& node, bool asComment = true);
     // Hands a message to the sink when the run shows them as they come.
     void deliver(EngineMessage& message, bool asynchronous);
+    // The verdict of legalposition (basicOnly) or reachableposition with its
+    // findings, as comment and str write it.
+    std::string analysisText(bool basicOnly);
+    // Reused from position to position, so that a position without findings
+    // costs no allocation.
+    AnalysisReport analysisReport_;
 
     const Game* game_ = nullptr;
 
