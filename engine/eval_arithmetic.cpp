@@ -31,8 +31,10 @@ Value ZMFEngine::eval(const AddNode& node) {
     auto [left, right] = evaluateOperands(*this, node);
     if (bothNumeric(left, right))
         return Value::numeric(wrap(uint64_t(left.asNumeric()) + uint64_t(right.asNumeric())));
-    if (left.is(ValueType::String) && right.is(ValueType::String))
+    if (left.is(ValueType::String) && right.is(ValueType::String)) {
+        chargeWork(std::size_t(left.asString()->text().length() + right.asString()->text().length()));
         return Value::string(makeZmfStringFromUnicode(left.asString()->text() + right.asString()->text()));
+    }
     return Value();
 }
 

@@ -87,6 +87,8 @@ Value ZMFEngine::eval(const AssignNode& assign) {
         return Value::boolean(true);
     }
     if (slot.isNone()) return Value();
+    if (slot.is(ValueType::String) && value.is(ValueType::String))
+        chargeWork(std::size_t(slot.asString()->text().length() + value.asString()->text().length()));
     return combine(assign.op, slot, value);
 }
 

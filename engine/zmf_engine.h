@@ -123,6 +123,11 @@ public:
     // on any query (the fuzz targets); 0 means none. Once it is spent every
     // filter gives None and the game's run ends, as after a failure.
     uint64_t evaluationLimit = 0;
+    // Work that one evaluation does not measure, such as building a long
+    // string, counts against the cap as well: a unit per 16 characters.
+    void chargeWork(std::size_t characters) {
+        if (evaluationLimit != 0) evaluations_ += characters / 16;
+    }
 
     // Outside contact: how long a command-pipe program may take to answer,
     // and the tables of programs and written files the query may use. The
