@@ -19,18 +19,12 @@ struct AnalysisReport {
     std::vector<AnalysisFinding> findings;
     // Read only when there are no findings.
     std::vector<AfterMove> afterMoves;
-
-    bool operator==(const AnalysisReport&) const;
 };
 
 struct AnalysisReport::AfterMove {
     Move move;
     AnalysisReport report;
-
-    bool operator==(const AfterMove&) const = default;
 };
-
-inline bool AnalysisReport::operator==(const AnalysisReport&) const = default;
 
 // Appends the report's lines to output, each behind indent levels of four
 // blanks: a finding per line, or "After move " and the move's SAN with the
