@@ -143,6 +143,20 @@ const std::vector<HelpEntry>& unlistedOptions() {
     return entries;
 }
 
+std::vector<std::string> optionNames(std::string_view option) {
+    std::vector<std::string> names;
+    option = option.substr(0, option.find(' '));
+    for (std::size_t start = 0; start < option.size();) {
+        std::size_t slash = option.find('/', start);
+        if (slash == std::string_view::npos) slash = option.size();
+        std::string_view name = option.substr(start, slash - start);
+        while (!name.empty() && name.front() == '-') name.remove_prefix(1);
+        names.emplace_back(name);
+        start = slash + 1;
+    }
+    return names;
+}
+
 std::string usageText() {
     std::string text =
         "Usage: zmfi [options] [file.zmf]\n"

@@ -2,6 +2,7 @@
 // The fixed texts of the program: version line, usage, licence.
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarnfold::zmf {
@@ -19,6 +20,9 @@ struct HelpSection {
 const std::vector<HelpSection>& helpSections();
 // Options that work without --help listing them; the manual page has them.
 const std::vector<HelpEntry>& unlistedOptions();
+// The names an entry gives, without dashes: "--append/-a FILE" gives
+// "append" and "a".
+std::vector<std::string> optionNames(std::string_view option);
 
 std::string versionText();
 std::string usageText();

@@ -115,16 +115,10 @@ void writePage(std::ostream& out) {
 void writeCompletion(std::ostream& out) {
     std::string words;
     auto add = [&](std::string_view option) {
-        option = option.substr(0, option.find(' '));
-        for (std::size_t start = 0; start < option.size();) {
-            std::size_t slash = option.find('/', start);
-            if (slash == std::string_view::npos) slash = option.size();
-            std::string_view name = option.substr(start, slash - start);
-            while (!name.empty() && name.front() == '-') name.remove_prefix(1);
+        for (const std::string& name : tarnfold::zmf::optionNames(option)) {
             if (!words.empty()) words += ' ';
             words += "--";
             words += name;
-            start = slash + 1;
         }
     };
     for (const HelpSection& section : tarnfold::zmf::helpSections())

@@ -12,17 +12,8 @@
 namespace tarnfold::zmf {
 namespace {
 
-// "--append/-a FILE" names append and a.
 void addNames(std::string_view option, std::set<std::string>& names) {
-    option = option.substr(0, option.find(' '));
-    for (std::size_t start = 0; start < option.size();) {
-        std::size_t slash = option.find('/', start);
-        if (slash == std::string_view::npos) slash = option.size();
-        std::string_view name = option.substr(start, slash - start);
-        while (!name.empty() && name.front() == '-') name.remove_prefix(1);
-        names.emplace(name);
-        start = slash + 1;
-    }
+    for (std::string& name : optionNames(option)) names.insert(std::move(name));
 }
 
 TEST(Usage, EveryAcceptedOptionIsDocumentedAndNoOther) {
@@ -35,6 +26,7 @@ TEST(Usage, EveryAcceptedOptionIsDocumentedAndNoOther) {
     for (const std::string& name : accepted) EXPECT_TRUE(documented.count(name)) << "undocumented: --" << name;
     for (const std::string& name : documented) EXPECT_TRUE(accepted.count(name)) << "not accepted: --" << name;
     // The help text is made from the same table.
+    EXPECT_EQ(optionNames("--gamenumber/-g FIRST [LAST]"), (std::vector<std::string>{"gamenumber", "g"}));
     const std::string text = usageText();
     EXPECT_NE(text.find("\n--append/-a FILE              Append matching games to FILE\n"), std::string::npos);
     EXPECT_EQ(text.find("--dump-nfa-diagrams"), std::string::npos);
