@@ -23,8 +23,8 @@ copies=${2:-20}
 repeat=${3:-3}
 . "$here/bench_common.sh"
 
-printf '%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs, single-threaded\n\n' \
-    "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"
+describe_corpus "medians of $repeat runs, single-threaded"
+echo
 
 printf '%-14s %8s %12s %8s %13s %7s %8s  %s\n' name seconds positions/s matches filter-ns/pos x-mate x-moves query
 base=

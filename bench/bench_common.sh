@@ -29,3 +29,22 @@ median_time() {
 }
 
 make_big_file
+
+# The line that opens a report: the corpus, its copies and size, and `$1`.
+describe_corpus() {
+    printf '%s games of the standard corpus repeated %s times, %.1f MB; %s\n' \
+        "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$1"
+}
+
+# pgn-extract reading and writing big.pgn, the peer every ratio is against:
+# sets extract to its median time, empty when it is not installed.
+time_extract() {
+    extract=
+    if [ -x /usr/games/pgn-extract ]; then
+        median_time /usr/games/pgn-extract -s -o "$work/extract.pgn" "$work/big.pgn"
+        extract=$seconds
+        printf 'pgn-extract -s -o (read and write): %.2f s\n' "$extract"
+    else
+        printf 'pgn-extract not found at /usr/games/pgn-extract: no comparison\n'
+    fi
+}

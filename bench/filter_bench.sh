@@ -24,17 +24,10 @@ copies=${2:-20}
 repeat=${3:-3}
 . "$here/bench_common.sh"
 
-printf '%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs, single-threaded\n\n' \
-    "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"
-
-extract=
-if [ -x /usr/games/pgn-extract ]; then
-    median_time /usr/games/pgn-extract -s -o "$work/extract.pgn" "$work/big.pgn"
-    extract=$seconds
-    printf 'pgn-extract -s -o (read and write): %.2f s\n\n' "$extract"
-else
-    printf 'pgn-extract not found at /usr/games/pgn-extract: no comparison\n\n'
-fi
+describe_corpus "medians of $repeat runs, single-threaded"
+echo
+time_extract
+echo
 
 printf '%-10s %8s %12s %8s %8s %12s %8s  %s\n' name seconds positions/s games x-extract filter-ns/pos x-extract query
 base=

@@ -22,8 +22,8 @@ xz -T1 -kc "$work/big.pgn" > "$work/big.pgn.xz"
 zstd -q -c "$work/big.pgn" > "$work/big.pgn.zst"
 (cd "$work" && zip -q big.zip big.pgn)
 
-printf '%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs\n\n' \
-    "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"
+describe_corpus "medians of $repeat runs"
+echo
 printf '%-24s %8s %8s\n' input threads seconds
 run() {
     label=$1 threads=$2

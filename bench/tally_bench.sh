@@ -18,8 +18,8 @@ repeat=${3:-3}
 . "$here/bench_common.sh"
 
 tally='dictionary (int sum) games initial {who = str(player white) if games[who] games[who] = str(int games[who] + 1) else games[who] = "1"}'
-printf '%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs\n\n' \
-    "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"
+describe_corpus "medians of $repeat runs"
+echo
 printf '%-8s %-8s %8s %8s %8s\n' games threads seconds peak-MB speedup
 for written in all none; do
     query=$tally

@@ -39,14 +39,9 @@ explicit=$(awk 'BEGIN {
     }
     print text }')
 
-printf '\n%s games of the standard corpus repeated %s times, %.1f MB; medians of %s runs, single-threaded\n' \
-    "$(grep -c '^\[Event ' "$corpus")" "$copies" "$(echo "$size / 1000000" | bc -l)" "$repeat"
-extract=
-if [ -x /usr/games/pgn-extract ]; then
-    median_time /usr/games/pgn-extract -s -o "$work/extract.pgn" "$work/big.pgn"
-    extract=$seconds
-    printf 'pgn-extract -s -o (read and write): %.2f s\n' "$extract"
-fi
+echo
+describe_corpus "medians of $repeat runs, single-threaded"
+time_extract
 printf '%-9s %8s %10s %8s %9s\n' query seconds matches games x-extract
 while IFS='|' read -r name query; do
     [ "$name" = explicit ] && query=$explicit

@@ -213,8 +213,9 @@ Value ZMFEngine::eval(const HHDBNode& node) {
         case 20: return optionalString(hhdbComposer(text(tags.white), text(tags.black), hhdbFirstComment()));
         case 21: return optionalString(field("search"));
         case 22: return optionalString(field("stipulation"));
-        default: return Value();
     }
+    // A code above the table (the parser makes none) gives nothing.
+    return Value();
 }
 
 }  // namespace tarnfold::zmf
