@@ -1,4 +1,5 @@
 #include <array>
+#include <optional>
 
 #include "chess/board.h"
 #include "chess/names.h"
@@ -322,7 +323,17 @@ bool Board::setFen(std::string_view text, std::vector<FenError>* errors) {
     return FenReader(*this, text, errors).run();
 }
 
-void Board::setStartPosition() { setFen(startFen); }
+// Every game starts here, twice: the position read for the last rule set
+// is kept and copied.
+void Board::setStartPosition() {
+    thread_local std::optional<Board> start;
+    if (start && start->variant == variant && start->variantRules == variantRules) {
+        *this = *start;
+        return;
+    }
+    setFen(startFen);
+    start = *this;
+}
 
 namespace {
 

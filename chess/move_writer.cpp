@@ -8,16 +8,19 @@ namespace tarnfold {
 
 namespace {
 
-std::string pieceText(PieceType type, bool glyphs) {
-    if (glyphs) return std::string(pieceSymbol(makePiece(type, White)));
-    return std::string(1, pieceTypeChar(type));
+void appendPieceText(std::string& text, PieceType type, bool glyphs) {
+    if (glyphs) {
+        text += pieceSymbol(makePiece(type, White));
+    } else {
+        text += pieceTypeChar(type);
+    }
 }
 
 // The suffix for the side to move now standing in check, given by the move
 // just made or, for a reverse move, by the one it takes back.
-std::string checkSuffix(Board& board, const MoveTextStyle& style) {
+std::string_view checkSuffix(Board& board, const MoveTextStyle& style) {
     const Color side = board.sideToMove;
-    if (!board.isInCheck(side)) return "";
+    if (!board.isInCheck(side)) return {};
     if (!board.hasLegalMove()) return style.mateSuffix;
     const Square king = board.royalKingSquare(side);
     return moreThanOne(board.attackersTo(king, otherColor(side))) ? style.doubleCheckSuffix
@@ -39,10 +42,13 @@ Bitboard reachingPieces(PieceType type, Square target, Bitboard occupancy) {
 
 // File and rank needed to tell the move from those of other pieces of its
 // kind that reach the same target, in the sense of the style.
-std::string disambiguation(Board& board, Move move, const MoveTextStyle& style) {
+void appendDisambiguation(std::string& text, Board& board, Move move, const MoveTextStyle& style) {
     const Square from = move.from();
-    if (style.disambiguation == 3) return std::string(squareName(from));
-    if (style.disambiguation != 1 && style.disambiguation != 2) return "";
+    if (style.disambiguation == 3) {
+        text += squareName(from);
+        return;
+    }
+    if (style.disambiguation != 1 && style.disambiguation != 2) return;
     thread_local MoveList moves;
     if (move.isReverse()) {
         board.generateLegalReverseMoves(moves);
@@ -51,7 +57,7 @@ std::string disambiguation(Board& board, Move move, const MoveTextStyle& style) 
                                 reachingPieces(pieceType(move.moved()), move.to(), board.occupied) &
                                 ~squareBit(from);
         // Most moves have no rival at all: no need to generate any move.
-        if (others == 0) return "";
+        if (others == 0) return;
         board.generateLegalMoves(moves, others, squareBit(move.to()), style.disambiguation == 2);
     }
     bool rivals = false, sameFile = false, sameRank = false;
@@ -62,78 +68,90 @@ std::string disambiguation(Board& board, Move move, const MoveTextStyle& style) 
         sameFile |= fileOf(other.from()) == fileOf(from);
         sameRank |= rankOf(other.from()) == rankOf(from);
     }
-    if (!rivals) return "";
-    std::string text;
+    if (!rivals) return;
     if (!sameFile || sameRank) text += char('a' + fileOf(from));
     if (sameFile) text += char('1' + rankOf(from));
-    return text;
 }
 
 // A pawn on its fourth rank may have come from its third or its second, so a
 // retracted pawn step names its origin whenever another retraction of the
 // same pawn reaches the same square: "~e4" alone would read back as either.
-std::string reversePawnOrigin(Board& board, Move move) {
+void appendReversePawnOrigin(std::string& text, Board& board, Move move) {
     thread_local MoveList moves;
     board.generateLegalReverseMoves(moves);
     for (Move other : moves)
         if (other.to() == move.to() && other.from() != move.from() && other.moved() == move.moved() &&
-            !other.isCapture() && !other.isDrop() && !other.isCastle())
-            return std::string(squareName(move.from()));
-    return "";
+            !other.isCapture() && !other.isDrop() && !other.isCastle()) {
+            text += squareName(move.from());
+            return;
+        }
 }
 
-std::string promotionText(Piece promotion, const MoveTextStyle& style) {
-    const std::string letter = pieceText(pieceType(promotion), style.useGlyphs);
-    if (style.promotionMark == "()" || style.promotionMark == "[]")
-        return style.promotionMark.substr(0, 1) + letter + style.promotionMark.substr(1);
-    return style.promotionMark + letter;
+void appendPromotionText(std::string& text, Piece promotion, const MoveTextStyle& style) {
+    const bool enclosed = style.promotionMark == "()" || style.promotionMark == "[]";
+    text += enclosed ? std::string_view(style.promotionMark).substr(0, 1) : std::string_view(style.promotionMark);
+    appendPieceText(text, pieceType(promotion), style.useGlyphs);
+    if (enclosed) text += style.promotionMark[1];
 }
 
 }  // namespace
 
 std::string moveToText(Board& board, Move move, const MoveTextStyle& style) {
     if (move.isNull()) return style.nullMoveText;
-    std::string text = moveTextWithoutMark(board, move, style);
-    if (move.isReverse()) return text + checkSuffix(board, style);
+    std::string text;
+    appendMoveTextWithoutMark(text, board, move, style);
+    if (move.isReverse()) return text += checkSuffix(board, style);
     board.makeMove(move);
     text += checkSuffix(board, style);
     board.unmakeMove();
     return text;
 }
 
-std::string checkMark(Board& board, const MoveTextStyle& style) { return checkSuffix(board, style); }
+std::string_view checkMark(Board& board, const MoveTextStyle& style) { return checkSuffix(board, style); }
 
 std::string moveTextWithoutMark(Board& board, Move move, const MoveTextStyle& style) {
-    if (move.isNull()) return style.nullMoveText;
-    std::string text = move.isReverse() ? style.reversePrefix : "";
-    if (move.isCastle()) return text + (move.isShortCastle() ? style.shortCastleText : style.longCastleText);
+    std::string text;
+    appendMoveTextWithoutMark(text, board, move, style);
+    return text;
+}
+
+void appendMoveTextWithoutMark(std::string& text, Board& board, Move move, const MoveTextStyle& style) {
+    if (move.isNull()) {
+        text += style.nullMoveText;
+        return;
+    }
+    if (move.isReverse()) text += style.reversePrefix;
+    if (move.isCastle()) {
+        text += move.isShortCastle() ? style.shortCastleText : style.longCastleText;
+        return;
+    }
 
     const PieceType type = pieceType(move.moved());
     if (type != Pawn) {
-        text += pieceText(type, style.useGlyphs);
-        if (!move.isDrop()) text += disambiguation(board, move, style);
+        appendPieceText(text, type, style.useGlyphs);
+        if (!move.isDrop()) appendDisambiguation(text, board, move, style);
     } else if (move.isCapture()) {
         text += char('a' + fileOf(move.from()));
     } else if (move.isReverse() && !move.isDrop()) {
-        text += reversePawnOrigin(board, move);
+        appendReversePawnOrigin(text, board, move);
     }
     if (move.isDrop()) text += style.dropMark;
     if (move.isCapture()) {
         text += style.captureMark;
         if (move.isReverse()) {
-            const PieceType putBack = move.isEnPassant() ? Pawn : pieceType(move.captured());
-            text += '(' + pieceText(putBack, style.useGlyphs) + ')';
+            text += '(';
+            appendPieceText(text, move.isEnPassant() ? Pawn : pieceType(move.captured()), style.useGlyphs);
+            text += ')';
         }
     }
     text += squareName(move.to());
-    if (move.isPromotion()) text += promotionText(move.promotion(), style);
+    if (move.isPromotion()) appendPromotionText(text, move.promotion(), style);
     if (move.isEnPassant()) {
         // Taken back, an en passant capture reads the same as putting a pawn
         // back on the target unless it says so.
         if (move.isReverse()) text += "ep";
         text += style.enPassantSuffix;
     }
-    return text;
 }
 
 }  // namespace tarnfold

@@ -88,6 +88,8 @@ std::string moveToText(Board& board, Move move, const MoveTextStyle& style = {})
 // without its check or mate mark, on the board before the move, and the
 // mark, on the board after it.
 std::string moveTextWithoutMark(Board& board, Move move, const MoveTextStyle& style = {});
-std::string checkMark(Board& board, const MoveTextStyle& style = {});
+void appendMoveTextWithoutMark(std::string& text, Board& board, Move move, const MoveTextStyle& style);
+// A view of the style's text, or empty.
+std::string_view checkMark(Board& board, const MoveTextStyle& style = {});
 
 }  // namespace tarnfold

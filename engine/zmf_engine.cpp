@@ -86,16 +86,24 @@ void ZMFEngine::layOutFrom(Game& game, PGN::AnnotatedGameTreeNode* root) {
     addRow(game, root, 0, true);
     layoutStack_.clear();
     layoutStack_.push_back({root, 0, 0, true});
+    // The moves of a finished line are taken back only when another line
+    // needs the board, so that the last line, the main line of a whole game
+    // most often, goes back in one rewind.
+    size_t pendingBacks = 0;
     while (!layoutStack_.empty()) {
         LayoutFrame& frame = layoutStack_.back();
         const size_t children = frame.node->children.size();
         if (frame.nextChild >= (variations ? children : std::min<size_t>(children, 1))) {
             layoutStack_.pop_back();
             if (layoutStack_.empty()) break;
-            gamePieceIdCounter_ = std::max(gamePieceIdCounter_, game.board.nextPieceId);
-            game.back();
+            ++pendingBacks;
+            // The counter as taking the move back would leave it.
+            const std::vector<UndoRecord>& history = game.board.moveStack;
+            gamePieceIdCounter_ =
+                std::max(gamePieceIdCounter_, history[history.size() - pendingBacks].previousNextPieceId);
             continue;
         }
+        for (; pendingBacks > 0; --pendingBacks) game.back();
         const size_t index = frame.nextChild++;
         uint16_t depth = frame.depth;
         bool virtualMainline = frame.virtualMainline;
@@ -110,6 +118,11 @@ void ZMFEngine::layOutFrom(Game& game, PGN::AnnotatedGameTreeNode* root) {
         game.forward(child);
         addRow(game, child, depth, virtualMainline);
         layoutStack_.push_back({child, 0, depth, virtualMainline});
+    }
+    if (root == game.root.get()) {
+        game.rewind();
+    } else {
+        for (; pendingBacks > 0; --pendingBacks) game.back();
     }
 }
 

@@ -38,6 +38,7 @@ public:
     NodeType* current = nullptr;
 
     void reset() {
+        rootKept_ = false;
         tags.clear();
         result = UnknownResult;
         board.setStartPosition();
@@ -50,7 +51,23 @@ public:
         current = root.get();
     }
 
+    // Keeps the board as it stands at root, for rewind: whoever sets the
+    // root position up calls it, and again if it changes the board at root
+    // other than by moves taken back.
+    void keepRootBoard() {
+        rootBoard_ = board;
+        rootKept_ = true;
+    }
+
+    // With the root board kept, one copy instead of taking back every move
+    // of a long game.
     void rewind() {
+        if (!current->parentNode) return;
+        if (rootKept_) {
+            board = rootBoard_;
+            current = root.get();
+            return;
+        }
         while (current->parentNode) back();
     }
 
@@ -64,6 +81,10 @@ public:
         board.unmakeMove();
         current = static_cast<NodeType*>(current->parentNode);
     }
+
+private:
+    Board rootBoard_;
+    bool rootKept_ = false;
 };
 
 // What the engine needs of the tags, extracted once per game.

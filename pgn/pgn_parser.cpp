@@ -164,7 +164,13 @@ void PGNParser::readSymbol(PGNToken& token, int first) {
     const std::string& text = token.text;
     if (allDigits) {
         token.type = PGNTokenType::Integer;
-        token.value = std::strtoull(text.c_str(), nullptr, 10);
+        // Saturating, as strtoull, without its locale and sign handling.
+        uint64_t value = 0;
+        for (char c : text) {
+            const auto digit = static_cast<uint64_t>(c - '0');
+            value = value > (UINT64_MAX - digit) / 10 ? UINT64_MAX : value * 10 + digit;
+        }
+        token.value = value;
     } else if (isAnnotationChar(first) && text != "--") {
         // "--" is the null move, the one symbol that starts like an annotation.
         const int nag = annotationNag(text);

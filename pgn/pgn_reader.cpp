@@ -65,6 +65,7 @@ bool PGNReader::onGameStart(const PGNPosition&) {
         board.setStartPosition();
     else
         board.setFen(fenTag);
+    game->keepRootBoard();
     return true;
 }
 

@@ -1,6 +1,8 @@
 #include "pgn/pgn_writer.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -10,80 +12,165 @@ namespace {
 
 using AnnotatedGame = Game<AnnotatedGameTreeNode>;
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+// The words of a game's movetext, their characters back to back in one
+// buffer that is kept from game to game, so that a word costs no allocation.
+// A move's check mark is known only once the move is played, when NAGs and
+// comments may already follow it, so it hangs on its word apart.
+class WordList {
+public:
+    struct Word {
+        uint32_t begin = 0;
+        uint32_t end = 0;
+        std::string_view mark;
+        bool spaceBefore = true;
+    };
 
-// Braces inside a comment would end it early or open a nested one.
-void appendCommentChar(const PGNWriteOptions& options, char c, std::string& word) {
-    if (c != '{' && c != '}') {
-        word += c;
-    } else if (options.braceReplacement != '\0') {
-        word += options.braceReplacement;
+    void clear() {
+        chars_.clear();
+        words_.clear();
+        markBytes_ = 0;
     }
+    size_t size() const { return words_.size(); }
+    // A new word, its characters appended to chars() until the next one.
+    std::string& open(bool spaceBefore) {
+        finish();
+        const auto at = static_cast<uint32_t>(chars_.size());
+        words_.push_back({at, at, {}, spaceBefore});
+        return chars_;
+    }
+    void add(std::string_view text, bool spaceBefore) { open(spaceBefore) += text; }
+    // Appends to the last word.
+    std::string& chars() { return chars_; }
+    void popBack() {
+        chars_.resize(words_.back().begin);
+        words_.pop_back();
+    }
+    void setMark(size_t i, std::string_view mark) {
+        words_[i].mark = mark;
+        markBytes_ += mark.size();
+    }
+    void setSpaceBefore(size_t i, bool spaceBefore) { words_[i].spaceBefore = spaceBefore; }
+    // Every word with its mark, in order.
+    template <typename F>
+    void forEach(F&& visit) {
+        finish();
+        for (const Word& word : words_)
+            visit(std::string_view(chars_).substr(word.begin, word.end - word.begin), word.mark, word.spaceBefore);
+    }
+    // The most the words take written, a blank or a line break before each.
+    size_t writtenBound() const { return chars_.size() + markBytes_ + words_.size(); }
+
+private:
+    void finish() {
+        if (!words_.empty()) words_.back().end = static_cast<uint32_t>(chars_.size());
+    }
+
+    std::string chars_;
+    std::vector<Word> words_;
+    size_t markBytes_ = 0;
+};
+
+// Most characters are above the blank: one compare for them.
+bool isBlank(char c) {
+    return static_cast<unsigned char>(c) <= ' ' &&
+           (c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f');
 }
 
-// Adds the words of one comment text and returns how many it added.
-size_t addCommentWords(const PGNWriteOptions& options, std::string_view text, std::vector<PGNWord>& words) {
-    const size_t start = words.size();
+// Calls visit with each blank-separated piece of a comment text.
+template <typename F>
+void forEachPiece(std::string_view text, F&& visit) {
     size_t at = 0;
     while (at < text.size()) {
         while (at < text.size() && isBlank(text[at])) ++at;
         size_t end = at;
         while (end < text.size() && !isBlank(text[end])) ++end;
-        if (end == at) break;
-        const std::string_view piece = text.substr(at, end - at);
+        if (end == at) return;
+        visit(text.substr(at, end - at));
         at = end;
-        std::string word;
-        if (piece.find_first_of("{}") == std::string_view::npos) {
-            word.assign(piece);
-        } else {
-            for (char c : piece) appendCommentChar(options, c, word);
-            if (word.empty()) continue;
-        }
-        if (!options.splitCommentWords && words.size() > start) {
-            words.back().text += ' ';
-            words.back().text += word;
-        } else {
-            words.push_back({std::move(word), words.size() > start});
+    }
+}
+
+// Appends a piece of a comment with its braces replaced or dropped; returns
+// whether it appended anything.
+bool appendPiece(const PGNWriteOptions& options, std::string_view piece, std::string& out) {
+    // A loop of compares, not find_first_of, which calls memchr per byte.
+    bool braces = false;
+    for (char c : piece) braces |= c == '{' || c == '}';
+    if (!braces) {
+        out += piece;
+        return true;
+    }
+    const size_t before = out.size();
+    for (char c : piece) {
+        if (c != '{' && c != '}') {
+            out += c;
+        } else if (options.braceReplacement != '\0') {
+            out += options.braceReplacement;
         }
     }
+    return out.size() != before;
+}
+
+// Adds the words of one comment text and returns how many it added. Braces
+// inside a comment would end it early or open a nested one: they are
+// replaced, or dropped with NUL for replacement.
+size_t addCommentWords(const PGNWriteOptions& options, std::string_view text, WordList& words) {
+    const size_t start = words.size();
+    forEachPiece(text, [&](std::string_view piece) {
+        if (!options.splitCommentWords && words.size() > start) {
+            std::string& chars = words.chars();
+            const size_t before = chars.size();
+            chars += ' ';
+            if (!appendPiece(options, piece, chars)) chars.resize(before);
+        } else if (!appendPiece(options, piece, words.open(words.size() > start))) {
+            // Nothing but dropped braces.
+            words.popBack();
+        }
+    });
     return words.size() - start;
 }
 
+// Each returns whether it added a word.
+bool writeComments(const PGNWriteOptions& options, const std::vector<GameComment>& commentList, WordList& words);
+bool writeNags(const PGNWriteOptions& options, const std::vector<uint8_t>& nags, WordList& words);
+// The continuation of current, variations included.
+void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, WordList& words, bool forceNumber);
+
 // A comment as it will stand between its braces: words one blank apart,
 // braces replaced.
-std::string writtenForm(const PGNWriteOptions& options, std::string_view text) {
-    std::vector<PGNWord> words;
-    addCommentWords(options, text, words);
-    std::string form;
-    for (const PGNWord& word : words) {
-        if (!form.empty()) form += ' ';
-        form += word.text;
-    }
-    return form;
+void writtenForm(const PGNWriteOptions& options, std::string_view text, std::string& form) {
+    form.clear();
+    forEachPiece(text, [&](std::string_view piece) {
+        const size_t before = form.size();
+        if (before != 0) form += ' ';
+        if (!appendPiece(options, piece, form)) form.resize(before);
+    });
 }
 
 // The texts to write from one place, after the filters of the options; a
-// joined text is kept in storage.
-std::vector<std::string_view> commentTexts(const PGNWriteOptions& options,
-                                           const std::vector<GameComment>& commentList,
-                                           std::string& storage) {
-    std::vector<std::string_view> texts;
-    texts.reserve(commentList.size());
+// joined text is kept in storage. Comments are written a few million times a
+// run, so the lists are kept from call to call.
+const std::vector<std::string_view>& commentTexts(const PGNWriteOptions& options,
+                                                  const std::vector<GameComment>& commentList,
+                                                  std::string& storage) {
+    thread_local std::vector<std::string_view> texts;
+    thread_local std::vector<std::string> written;
+    texts.clear();
     for (const GameComment& comment : commentList)
         if (comment.kind != LineComment || options.keepLineComments) texts.push_back(comment.text);
     if (texts.size() < 2) return texts;
     if (options.uniqueComments) {
         // Two comments are the same if they are written the same, so that
         // what is written once is written alike the second time.
-        std::vector<std::string_view> unique;
-        std::vector<std::string> written;
+        if (written.size() < texts.size()) written.resize(texts.size());
+        size_t kept = 0;
         for (std::string_view text : texts) {
-            std::string form = writtenForm(options, text);
-            if (std::find(written.begin(), written.end(), form) != written.end()) continue;
-            written.push_back(std::move(form));
-            unique.push_back(text);
+            writtenForm(options, text, written[kept]);
+            if (std::find(written.begin(), written.begin() + kept, written[kept]) != written.begin() + kept)
+                continue;
+            texts[kept++] = text;
         }
-        texts = std::move(unique);
+        texts.resize(kept);
     }
     if (options.coalesceComments && texts.size() >= 2) {
         for (std::string_view text : texts) {
@@ -98,36 +185,50 @@ std::vector<std::string_view> commentTexts(const PGNWriteOptions& options,
 constexpr size_t noWord = ~size_t(0);
 
 // The mark of a move just played, onto its word.
-void addCheckMark(const PGNWriteOptions& options, Board& board, std::vector<PGNWord>& words, size_t moveWord) {
-    if (moveWord != noWord) words[moveWord].text += checkMark(board, options.notation);
+void addCheckMark(const PGNWriteOptions& options, Board& board, WordList& words, size_t moveWord) {
+    if (moveWord != noWord) words.setMark(moveWord, checkMark(board, options.notation));
+}
+
+void appendNumber(std::string& text, uint64_t number) {
+    char digits[24];
+    const auto result = std::to_chars(digits, digits + sizeof digits, number);
+    text.append(digits, result.ptr);
 }
 
 // With Black to move the number is written only when forced: after a NAG, a
 // comment or a variation, or at the start of a variation.
-std::string moveNumber(const PGNWriteOptions& options, const Board& board, bool force) {
-    if (!options.moveNumbers) return {};
-    if (board.sideToMove == White) return std::to_string(board.fullmoveNumber) + ".";
-    if (force) return std::to_string(board.fullmoveNumber) + "...";
-    return {};
+bool hasMoveNumber(const PGNWriteOptions& options, const Board& board, bool force) {
+    return options.moveNumbers && (board.sideToMove == White || force);
+}
+
+void appendMoveNumber(std::string& text, const Board& board) {
+    appendNumber(text, board.fullmoveNumber);
+    text += board.sideToMove == White ? "." : "...";
 }
 
 // A move that the writer is about to play gets its check or mate mark once
 // it is played (`markPending`), which spares playing it once more just for
 // the mark.
-void writeOneMove(const PGNWriteOptions& options, Board& board, Move move, bool force,
-                  std::vector<PGNWord>& words, bool& markPending) {
-    std::string number = moveNumber(options, board, force);
-    markPending = !move.isNull() && !move.isReverse();
-    std::string san = markPending ? moveTextWithoutMark(board, move, options.notation)
-                                  : moveToText(board, move, options.notation);
-    if (number.empty()) {
-        words.push_back({std::move(san), true});
-    } else if (!options.splitMoves) {
-        if (!options.compactMoves) number += ' ';
-        words.push_back({number + san, true});
+void writeOneMove(const PGNWriteOptions& options, Board& board, Move move, bool force, WordList& words,
+                  bool& markPending) {
+    bool spaceBefore = true;
+    if (hasMoveNumber(options, board, force)) {
+        std::string& number = words.open(true);
+        appendMoveNumber(number, board);
+        if (!options.splitMoves) {
+            if (!options.compactMoves) number += ' ';
+        } else {
+            spaceBefore = !options.compactMoves;
+        }
+        if (options.splitMoves) words.open(spaceBefore);
     } else {
-        words.push_back({std::move(number), true});
-        words.push_back({std::move(san), !options.compactMoves});
+        words.open(true);
+    }
+    markPending = !move.isNull() && !move.isReverse();
+    if (markPending) {
+        appendMoveTextWithoutMark(words.chars(), board, move, options.notation);
+    } else {
+        words.chars() += moveToText(board, move, options.notation);
     }
 }
 
@@ -135,7 +236,7 @@ void writeOneMove(const PGNWriteOptions& options, Board& board, Move move, bool 
 // move needs its number. `moveWord` is the index of the word that still
 // awaits its check mark, or none.
 bool writeAnnotatedMove(const PGNWriteOptions& options, Board& board, const AnnotatedGameTreeNode& node,
-                        bool force, std::vector<PGNWord>& words, size_t& moveWord) {
+                        bool force, WordList& words, size_t& moveWord) {
     bool markPending = false;
     writeOneMove(options, board, node.move, force, words, markPending);
     moveWord = markPending ? words.size() - 1 : noWord;
@@ -146,8 +247,8 @@ bool writeAnnotatedMove(const PGNWriteOptions& options, Board& board, const Anno
 }
 
 void writeVariation(const PGNWriteOptions& options, AnnotatedGame& game, AnnotatedGameTreeNode& start,
-                    std::vector<PGNWord>& words) {
-    words.push_back({"(", true});
+                    WordList& words) {
+    words.add("(", true);
     const size_t opened = words.size();
     writeComments(options, start.commentsBefore, words);
     size_t moveWord = noWord;
@@ -156,14 +257,14 @@ void writeVariation(const PGNWriteOptions& options, AnnotatedGame& game, Annotat
     addCheckMark(options, game.board, words, moveWord);
     writeMoves(options, game, words, childForce);
     game.back();
-    words.push_back({")", !options.compactVariations});
-    if (options.compactVariations && opened < words.size()) words[opened].spaceBefore = false;
+    words.add(")", !options.compactVariations);
+    if (options.compactVariations && opened < words.size()) words.setSpaceBefore(opened, false);
 }
 
 // The alternatives to the first child of node; returns whether any was
 // written.
 bool writeVariations(const PGNWriteOptions& options, AnnotatedGame& game, const AnnotatedGameTreeNode& node,
-                     std::vector<PGNWord>& words) {
+                     WordList& words) {
     if (!options.variations) return false;
     bool wrote = false;
     for (size_t i = 1; i < node.children.size(); ++i) {
@@ -202,61 +303,82 @@ std::string_view resultWord(std::string_view resultTag, uint32_t result) {
 
 // A word that does not fit after the column starts a new line, even a
 // number's move; a word wider than the line stands alone, uncut.
-void breakLines(const std::vector<PGNWord>& words, uint32_t lineWidth, std::string& out) {
-    size_t column = 0;
-    for (const PGNWord& word : words) {
-        const size_t blank = word.spaceBefore ? 1 : 0;
-        if (column != 0 && lineWidth != 0 && column + blank + word.text.size() > lineWidth) {
-            out += '\n';
-            column = 0;
-        } else if (word.spaceBefore && column != 0) {
-            out += ' ';
-            ++column;
+void breakLines(WordList& words, uint32_t lineWidth, std::string& out) {
+    // Written through a pointer into room made beforehand: a game has
+    // hundreds of words, and appending each to a string checks its capacity.
+    const size_t start = out.size();
+    out.resize(start + words.writtenBound() + 1);
+    char* const first = out.data() + start;
+    char* at = first;
+    char* lineStart = first;
+    words.forEach([&](std::string_view text, std::string_view mark, bool spaceBefore) {
+        const auto column = static_cast<size_t>(at - lineStart);
+        const size_t width = text.size() + mark.size();
+        const size_t blank = spaceBefore ? 1 : 0;
+        if (column != 0 && lineWidth != 0 && column + blank + width > lineWidth) {
+            *at++ = '\n';
+            lineStart = at;
+        } else if (spaceBefore && column != 0) {
+            *at++ = ' ';
         }
-        out += word.text;
-        column += word.text.size();
-    }
-    out += '\n';
+        std::memcpy(at, text.data(), text.size());
+        at += text.size();
+        if (!mark.empty()) {
+            std::memcpy(at, mark.data(), mark.size());
+            at += mark.size();
+        }
+    });
+    *at++ = '\n';
+    out.resize(start + static_cast<size_t>(at - first));
 }
 
-}  // namespace
-
 bool writeNags(const PGNWriteOptions& options, const std::vector<uint8_t>& nags,
-               std::vector<PGNWord>& words) {
+               WordList& words) {
     if (!options.nags || nags.empty()) return false;
     for (uint8_t nag : nags) {
-        std::string text(1, '$');
-        text += std::to_string(nag);
-        words.push_back({std::move(text), true});
+        std::string& text = words.open(true);
+        text += '$';
+        appendNumber(text, nag);
     }
     return true;
 }
 
+// One comment between its braces; false when nothing of it is left.
+bool writeComment(const PGNWriteOptions& options, std::string_view text, WordList& words) {
+    const size_t brace = words.size();
+    words.add("{", true);
+    if (addCommentWords(options, text, words) == 0) {
+        words.popBack();
+        return false;
+    }
+    words.add("}", !options.compactComments);
+    words.setSpaceBefore(brace + 1, !options.compactComments);
+    return true;
+}
+
 bool writeComments(const PGNWriteOptions& options, const std::vector<GameComment>& commentList,
-                   std::vector<PGNWord>& words) {
+                   WordList& words) {
     if (!options.comments || commentList.empty()) return false;
+    // Most places hold one comment, which needs no list.
+    if (commentList.size() == 1) {
+        const GameComment& comment = commentList.front();
+        return (comment.kind != LineComment || options.keepLineComments) &&
+               writeComment(options, comment.text, words);
+    }
     std::string joined;
     bool wrote = false;
-    for (std::string_view text : commentTexts(options, commentList, joined)) {
-        const size_t brace = words.size();
-        words.push_back({"{", true});
-        if (addCommentWords(options, text, words) == 0) {
-            words.pop_back();
-            continue;
-        }
-        words.push_back({"}", !options.compactComments});
-        words[brace + 1].spaceBefore = !options.compactComments;
-        wrote = true;
-    }
+    for (std::string_view text : commentTexts(options, commentList, joined))
+        wrote = writeComment(options, text, words) || wrote;
     return wrote;
 }
 
 // The main line is followed in a loop rather than by recursion, so that the
 // depth of the stack grows with the nesting of variations, not with the
 // length of the game.
-void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, std::vector<PGNWord>& words,
+void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, WordList& words,
                 bool forceNumber) {
-    AnnotatedGameTreeNode* node = game.current;
+    AnnotatedGameTreeNode* const start = game.current;
+    AnnotatedGameTreeNode* node = start;
     if (!node->parentNode) {
         writeComments(options, node->commentsBefore, words);
         writeComments(options, node->commentsAfter, words);
@@ -282,21 +404,29 @@ void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, std::vector
         force = nextForce || wroteVariation;
         node = first;
     }
-    for (; played > 0; --played) game.back();
+    // From root, the whole game goes back in one rewind.
+    if (!start->parentNode) {
+        game.rewind();
+    } else {
+        for (; played > 0; --played) game.back();
+    }
+}
+
+}  // namespace
+
+void appendGameToPgn(const PGNWriteOptions& options, AnnotatedGame& game, std::string& out) {
+    std::string_view resultTag;
+    writeTags(options, game.tags, out, resultTag);
+    thread_local WordList words;
+    words.clear();
+    writeMoves(options, game, words, true);
+    if (options.result) words.add(resultWord(resultTag, game.result), true);
+    breakLines(words, options.lineWidth, out);
 }
 
 std::string gameToPgn(const PGNWriteOptions& options, AnnotatedGame& game) {
     std::string out;
-    std::string_view resultTag;
-    writeTags(options, game.tags, out, resultTag);
-    std::vector<PGNWord> words;
-    words.reserve(64);
-    writeMoves(options, game, words, true);
-    if (options.result) words.push_back({std::string(resultWord(resultTag, game.result)), true});
-    size_t size = out.size() + 1;
-    for (const PGNWord& word : words) size += word.text.size() + 1;
-    out.reserve(size + (options.lineWidth != 0 ? size / options.lineWidth : 0));
-    breakLines(words, options.lineWidth, out);
+    appendGameToPgn(options, game, out);
     return out;
 }
 

@@ -6,7 +6,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "chess/notation.h"
 #include "pgn/game.h"
@@ -47,20 +46,9 @@ struct PGNWriteOptions {
     MoveTextStyle notation;
 };
 
-struct PGNWord {
-    std::string text;
-    bool spaceBefore = true;
-};
-
 // The game must stand at its root; current and the Board come back there.
 std::string gameToPgn(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game);
-
-// The continuation of current, variations included.
-void writeMoves(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game,
-                std::vector<PGNWord>& words, bool forceNumber);
-// Both return whether they added a word.
-bool writeComments(const PGNWriteOptions& options, const std::vector<GameComment>& commentList,
-                   std::vector<PGNWord>& words);
-bool writeNags(const PGNWriteOptions& options, const std::vector<uint8_t>& nags, std::vector<PGNWord>& words);
+// The same, appended to out.
+void appendGameToPgn(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game, std::string& out);
 
 }  // namespace tarnfold::PGN

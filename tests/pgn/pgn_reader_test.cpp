@@ -231,5 +231,37 @@ TEST(PGNReader, CorpusRoundTripsThroughTheWriter) {
     EXPECT_EQ(games, 190);
 }
 
+// Rewinding copies the board kept at root; it must be the board that taking
+// every move back gives, for each game of a stream read one after the
+// other (a board kept from the game before would differ), and so must the
+// board the writer leaves at root after playing the whole game.
+TEST(PGNReader, RewindGivesTheBoardOfTakingEveryMoveBack) {
+    int games = 0;
+    for (const char* name : corpusFiles) {
+        std::istringstream stream(fileText(name));
+        PGNReader reader(stream, false);
+        AnnotatedGame game;
+        reader.game = &game;
+        for (;;) {
+            game.reset();
+            reader.clearGameState();
+            if (reader.read() == 2) break;
+            std::vector<AnnotatedGameTreeNode*> line;
+            for (auto* node = game.current; node->parentNode; node = node->parentAnnotated()) line.push_back(node);
+            game.rewind();
+            const Board kept = game.board;
+            for (auto at = line.rbegin(); at != line.rend(); ++at) game.forward(*at);
+            while (game.current->parentNode) game.back();
+            ASSERT_EQ(game.board, kept) << name << " game " << games;
+            ASSERT_EQ(game.board.toFen(), kept.toFen());
+            (void)gameToPgn(PGNWriteOptions{}, game);
+            EXPECT_EQ(game.current, game.root.get());
+            EXPECT_EQ(game.board, kept) << name << " game " << games;
+            ++games;
+        }
+    }
+    EXPECT_EQ(games, 190);
+}
+
 }  // namespace
 }  // namespace tarnfold::PGN
