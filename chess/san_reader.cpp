@@ -214,6 +214,8 @@ private:
         if (reverse_ || drop_ || promotion_ != NoPieceType || board_.variantRules.mandatoryCapture) return false;
         if (piece != Knight && piece != Bishop && piece != Rook && piece != Queen) return false;
         if (board_.byColor[mover_] & squareBit(target)) return false;
+        // A game over by its rule set's own end has no legal move at all.
+        if (board_.isVariantEnd()) return false;
         const Bitboard reach = piece == Knight   ? knightAttacks[target]
                                : piece == Bishop ? bishopAttacks(target, board_.occupied)
                                : piece == Rook   ? rookAttacks(target, board_.occupied)

@@ -95,6 +95,13 @@ TEST(SanRead, ToleratedFormsAndErrors) {
         {"8/8/8/8/8/1p6/P7/8 w - - 0 1", Giveaway, "a3", "illegal move", 2},
         {"8/8/8/8/8/1p6/P7/8 w - - 0 1", Giveaway, "axb3", "a2b3", 4},
         {"8/4P3/8/8/8/8/8/7k w - - 0 1", Giveaway, "e8=K", "e7e8k", 4},
+        // Once the game is over no move is legal, even one that only one
+        // piece could make: a king blown up, a king on the hill, three checks.
+        {"rnbqk2r/p1pp1ppp/1p2pn2/8/2PP4/P4N2/1P2PPPP/RN3B1R w kq - 0 7", Atomic, "Nfd2", "illegal move", 4},
+        {"rnbqk2r/p1pp1ppp/1p2pn2/8/2PP4/P4N2/1P2PPPP/RN3B1R w kq - 0 7", Atomic, "Nc3", "illegal move", 3},
+        {"4k3/8/8/3K4/8/8/8/1N6 b - - 0 1", KingOfTheHill, "Ke7", "illegal move", 3},
+        {"4k3/8/8/8/8/8/8/1N2K3 w - - 0 1 +3+0", ThreeCheck, "Nc3", "illegal move", 3},
+        {"4k3/8/8/8/8/8/8/1N2K3 w - - 0 1 +2+1", ThreeCheck, "Nc3", "b1c3", 3},
         // Reverse moves name the move taken back.
         {afterKnight, Standard, "~Nf3", "ambiguous move", 4},
         {afterKnight, Standard, "~Ng1f3", "~g1f3", 6},
