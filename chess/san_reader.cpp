@@ -229,6 +229,41 @@ private:
         return true;
     }
 
+    // Most pawn moves name their one candidate outright: a step or double
+    // step onto an empty square, or a capture from a named file. Anything
+    // else (en passant, promotion, qualifiers beyond the file, a check to
+    // answer) takes the long way.
+    bool chooseSinglePawn(Square target, Move& move) {
+        if (reverse_ || drop_ || promotion_ != NoPieceType || board_.variantRules.mandatoryCapture) return false;
+        const int forward = mover_ == White ? 8 : -8;
+        if (rank_ == (mover_ == White ? 7 : 0) || rank_ == (mover_ == White ? 0 : 7)) return false;
+        if (qualifierRank_ >= 0 || target == board_.enPassantSquare) return false;
+        const Piece pawn = makePiece(Pawn, mover_);
+        Move candidate;
+        if (qualifierFile_ < 0 || qualifierFile_ == file_) {
+            if (capture_ || contains(board_.occupied, target)) return false;
+            const auto single = Square(target - forward);
+            if (board_.squares[single] == pawn) {
+                candidate = Move::make(pawn, single, target);
+            } else {
+                const auto twoBack = Square(single - forward);
+                if (board_.squares[single] != NoPiece || rank_ != (mover_ == White ? 3 : 4) ||
+                    board_.squares[twoBack] != pawn)
+                    return false;
+                candidate = Move::make(pawn, twoBack, target, NoPiece, NoPiece, Move::DoubleStepBit);
+            }
+        } else {
+            if (qualifierFile_ != file_ - 1 && qualifierFile_ != file_ + 1) return false;
+            if (!contains(board_.byColor[otherColor(mover_)], target)) return false;
+            const auto from = Square(makeSquare(qualifierFile_, rank_) - forward);
+            if (board_.squares[from] != pawn) return false;
+            candidate = Move::make(pawn, from, target, board_.squares[target]);
+        }
+        if (board_.isVariantEnd() || !keepsKingSafe(candidate)) return false;
+        move = candidate;
+        return true;
+    }
+
     // Whether a piece move, king moves aside, leaves the mover's king out of
     // check, told without playing it: with the king not in check now, only a
     // line that the moving piece opened could attack it. Rule sets with
@@ -250,11 +285,20 @@ private:
         return (attackers & ~squareBit(candidate.to())) == 0;
     }
 
+    // Whether a generated move is legal can be told without playing it for
+    // a move from one square to another of anything but the king: en
+    // passant, which empties a third square, and drops are played.
+    bool safeUnplayed(Move candidate) const {
+        return !reverse_ && !candidate.isDrop() && !candidate.isEnPassant() && !candidate.isCastle() &&
+               pieceType(candidate.moved()) != King && keepsKingSafe(candidate);
+    }
+
     MoveError choose(PieceType piece, Square target, Move& move) {
         Bitboard fromSet = ~Bitboard(0);
         if (qualifierFile_ >= 0) fromSet &= fileMask[qualifierFile_];
         if (qualifierRank_ >= 0) fromSet &= rankMask[qualifierRank_];
-        if (chooseSingle(piece, target, fromSet, move)) return MoveSuccess;
+        if (piece == Pawn ? chooseSinglePawn(target, move) : chooseSingle(piece, target, fromSet, move))
+            return MoveSuccess;
         thread_local MoveList moves;
         if (reverse_) {
             board_.generateReverseMoves(moves);
@@ -267,7 +311,7 @@ private:
         bool found = false;
         for (Move candidate : moves) {
             if (reverse_ && (candidate.to() != target || !contains(fromSet, candidate.from()))) continue;
-            if (!fits(candidate, moved) || !board_.isLegalMove(candidate)) continue;
+            if (!fits(candidate, moved) || !(safeUnplayed(candidate) || board_.isLegalMove(candidate))) continue;
             if (found) return MoveAmbiguous;
             move = candidate;
             found = true;

@@ -95,6 +95,18 @@ TEST(SanRead, ToleratedFormsAndErrors) {
         {"8/8/8/8/8/1p6/P7/8 w - - 0 1", Giveaway, "a3", "illegal move", 2},
         {"8/8/8/8/8/1p6/P7/8 w - - 0 1", Giveaway, "axb3", "a2b3", 4},
         {"8/4P3/8/8/8/8/8/7k w - - 0 1", Giveaway, "e8=K", "e7e8k", 4},
+        // Pawns named by their target alone: pinned along the line or off
+        // it, blocked, or facing a check they must answer.
+        {"4r2k/8/8/8/8/8/4P3/4K3 w - - 0 1", Standard, "e4", "e2e4", 2},
+        {"7k/8/8/8/1b6/8/3P4/4K3 w - - 0 1", Standard, "d3", "illegal move", 2},
+        {"7k/8/8/8/1b6/8/3P4/4K3 w - - 0 1", Standard, "d4", "illegal move", 2},
+        {"7k/8/8/8/1b6/2n5/3P4/4K3 w - - 0 1", Standard, "dxc3", "d2c3", 4},
+        {"7k/8/8/8/8/3n4/4P3/4K3 w - - 0 1", Standard, "e4", "illegal move", 2},
+        {"7k/8/8/8/8/3n4/4P3/4K3 w - - 0 1", Standard, "exd3", "e2d3", 4},
+        {"7k/8/8/8/8/3n4/4P3/4K3 w - - 0 1", Standard, "ed3", "e2d3", 3},
+        {"7k/8/8/8/8/4n3/4P3/4K3 w - - 0 1", Standard, "e4", "illegal move", 2},
+        {"7k/8/8/8/8/3p4/4P3/4K3 w - - 0 1", Standard, "d3", "e2d3", 2},
+        {"7k/8/8/8/8/8/4P3/4K3 w - - 0 1", Standard, "e5", "illegal move", 2},
         // Once the game is over no move is legal, even one that only one
         // piece could make: a king blown up, a king on the hill, three checks.
         {"rnbqk2r/p1pp1ppp/1p2pn2/8/2PP4/P4N2/1P2PPPP/RN3B1R w kq - 0 7", Atomic, "Nfd2", "illegal move", 4},
