@@ -130,7 +130,9 @@ constexpr std::array<CharClass, 256> makeCharClasses() {
     std::array<CharClass, 256> classes{};
     for (int c : {' ', '\t', '\v', '\f', '\r'}) classes[c] = Blank;
     classes['\n'] = Newline;
-    for (int c : {'*', '0', '1', '2', '-', '/'}) classes[c] = ResultChar;
+    // Only these begin a result; the rest of a result's characters matter
+    // only after them, where each character goes through the slow path.
+    for (int c : {'*', '0', '1'}) classes[c] = ResultChar;
     for (int c : {'"', '%', ';', '<', '[', ']', '{'}) classes[c] = Special;
     return classes;
 }
@@ -138,19 +140,39 @@ constexpr std::array<CharClass, 256> charClasses = makeCharClasses();
 
 inline CharClass classOf(char c) { return charClasses[static_cast<unsigned char>(c)]; }
 
+// Whether c, after a '0' or '1' that began a result, ends it unmade and
+// leaves nothing else to note: a blank, or a plain character other than the
+// result's own '-' and '/'. Move numbers and squares are full of these.
+inline bool endsNoResult(char c) {
+    const CharClass kind = classOf(c);
+    return kind == Blank || (kind == Plain && c != '-' && c != '/');
+}
+
 // Leaves at the end of the run, at the end of the game, or when a character
 // opens one of the other states.
 const char* GameCut::scanMoveText(const char* p, const char* end) {
     while (p < end) {
         // Outside a result, plain characters and blanks only mark move text.
         if (resultState_ == 0) {
-            const char* from = p;
-            while (p < end && classOf(*p) == Plain) ++p;
-            if (p != from) {
+            // Runs of plain characters and of blanks, until a character
+            // that needs a look of its own.
+            bool plain = false;
+            for (;;) {
+                const char* from = p;
+                while (p < end && classOf(*p) == Plain) ++p;
+                plain = plain || p != from;
+                if (p + 1 < end && (*p == '0' || *p == '1') && endsNoResult(p[1])) {
+                    p += 2;
+                    plain = true;
+                    continue;
+                }
+                while (p < end && classOf(*p) == Blank) ++p;
+                if (p == end || classOf(*p) != Plain) break;
+            }
+            if (plain) {
                 nonSpace_ = true;
                 if (!inTagBrackets_) seenMoveText_ = true;
             }
-            while (p < end && classOf(*p) == Blank) ++p;
             if (p == end) return p;
         }
         const char c = *p++;
