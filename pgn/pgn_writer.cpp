@@ -147,6 +147,48 @@ void writtenForm(const PGNWriteOptions& options, std::string_view text, std::str
     });
 }
 
+// The characters of a comment's written form, one by one, without building
+// it; for a brace replacement other than NUL, where no word vanishes.
+class WrittenChars {
+public:
+    WrittenChars(std::string_view text, char braceReplacement) : text_(text), brace_(braceReplacement) {}
+
+    // The next character, or -1 at the end.
+    int next() {
+        if (at_ < text_.size() && isBlank(text_[at_])) {
+            while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
+            if (at_ < text_.size() && started_) return ' ';
+        }
+        if (at_ == text_.size()) return -1;
+        started_ = true;
+        const char c = text_[at_++];
+        return static_cast<unsigned char>(c == '{' || c == '}' ? brace_ : c);
+    }
+
+private:
+    std::string_view text_;
+    char brace_;
+    size_t at_ = 0;
+    bool started_ = false;
+};
+
+// Whether two comments are written alike; most differ in their first
+// characters, so walking both beats writing both out.
+bool sameWrittenForm(const PGNWriteOptions& options, std::string_view a, std::string_view b) {
+    if (options.braceReplacement == '\0') {
+        thread_local std::string formA, formB;
+        writtenForm(options, a, formA);
+        writtenForm(options, b, formB);
+        return formA == formB;
+    }
+    WrittenChars first(a, options.braceReplacement), second(b, options.braceReplacement);
+    for (;;) {
+        const int c = first.next();
+        if (c != second.next()) return false;
+        if (c < 0) return true;
+    }
+}
+
 // The texts to write from one place, after the filters of the options; a
 // joined text is kept in storage. Comments are written a few million times a
 // run, so the lists are kept from call to call.
@@ -154,7 +196,6 @@ const std::vector<std::string_view>& commentTexts(const PGNWriteOptions& options
                                                   const std::vector<GameComment>& commentList,
                                                   std::string& storage) {
     thread_local std::vector<std::string_view> texts;
-    thread_local std::vector<std::string> written;
     texts.clear();
     for (const GameComment& comment : commentList)
         if (comment.kind != LineComment || options.keepLineComments) texts.push_back(comment.text);
@@ -162,12 +203,10 @@ const std::vector<std::string_view>& commentTexts(const PGNWriteOptions& options
     if (options.uniqueComments) {
         // Two comments are the same if they are written the same, so that
         // what is written once is written alike the second time.
-        if (written.size() < texts.size()) written.resize(texts.size());
         size_t kept = 0;
         for (std::string_view text : texts) {
-            writtenForm(options, text, written[kept]);
-            if (std::find(written.begin(), written.begin() + kept, written[kept]) != written.begin() + kept)
-                continue;
+            const auto same = [&](std::string_view earlier) { return sameWrittenForm(options, earlier, text); };
+            if (std::any_of(texts.begin(), texts.begin() + kept, same)) continue;
             texts[kept++] = text;
         }
         texts.resize(kept);
@@ -345,6 +384,15 @@ bool writeNags(const PGNWriteOptions& options, const std::vector<uint8_t>& nags,
 
 // One comment between its braces; false when nothing of it is left.
 bool writeComment(const PGNWriteOptions& options, std::string_view text, WordList& words) {
+    // Most comments the run adds are one word ("ZMF"): three words at once.
+    bool oneWord = !text.empty();
+    for (char c : text) oneWord = oneWord && static_cast<unsigned char>(c) > ' ' && c != '{' && c != '}';
+    if (oneWord) {
+        words.add("{", true);
+        words.add(text, !options.compactComments);
+        words.add("}", !options.compactComments);
+        return true;
+    }
     const size_t brace = words.size();
     words.add("{", true);
     if (addCommentWords(options, text, words) == 0) {

@@ -178,6 +178,14 @@ TEST(PgnWriter, CommentTexts) {
          withCommentsAfterE4(
              {{BraceComment, "{a "}, {BraceComment, "_a"}, {BraceComment, " x"}, {BraceComment, "x\t"}}),
          defaults, "1.e4 {_a} {x} 1...e5 *\n"},
+        {"a blank tells apart",
+         withCommentsAfterE4({{BraceComment, "a b"}, {BraceComment, "ab"}, {BraceComment, " a \n b"},
+                              {BraceComment, "a b c"}}),
+         defaults, "1.e4 {a b} {ab} {a b c} 1...e5 *\n"},
+        {"repeats with braces dropped",
+         withCommentsAfterE4({{BraceComment, "{a}b"}, {BraceComment, "ab"}, {BraceComment, "a {} b"},
+                              {BraceComment, "a b"}}),
+         [](PGNWriteOptions& o) { o.braceReplacement = '\0'; }, "1.e4 {ab} {a b} 1...e5 *\n"},
     };
     for (const Case& c : cases) EXPECT_EQ(runCase(c), c.expected) << c.what;
 }
