@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "pgn/game_result.h"
+#include "pgn/stream_get_area.h"
 
 namespace tarnfold::PGN {
 
@@ -83,6 +84,20 @@ int PGNParser::get() {
     return c;
 }
 
+void PGNParser::advanceOver(const char* from, const char* to) {
+    for (const char* at = from; at < to; ++at) {
+        if (*at == '\n') {
+            previousPosition_ = position_;
+            ++position_.line;
+            position_.column = 0;
+        } else {
+            ++position_.column;
+        }
+        ++position_.offset;
+    }
+    GetArea::consume(*buffer_, static_cast<int>(to - from));
+}
+
 void PGNParser::unget(int c) {
     if (c != EOF && buffer_) buffer_->sputbackc(static_cast<char>(c));
     if (position_.column > 0) {
@@ -152,6 +167,19 @@ void PGNParser::readSymbol(PGNToken& token, int first) {
     bool allDigits = isDigit(first);
     bool resultLike = first == '0' || first == '1';
     for (;;) {
+        // What the buffer holds is passed in one loop; get() only refills.
+        if (buffer_) {
+            const char* const from = GetArea::next(*buffer_);
+            const char* const end = GetArea::end(*buffer_);
+            const char* at = from;
+            for (; at < end && isSymbolChar(static_cast<unsigned char>(*at)); ++at) {
+                allDigits = allDigits && isDigit(*at);
+                resultLike = resultLike && isResultChar(*at);
+            }
+            token.text.append(from, at);
+            advanceOver(from, at);
+            if (at < end) break;
+        }
         const int c = get();
         if (!isSymbolChar(c)) {
             unget(c);
@@ -281,11 +309,45 @@ void PGNParser::readLineComment(PGNToken& token) {
     }
 }
 
+// The comment's characters the buffer holds, in one loop and appended a
+// word at a time; true when the closing brace was among them.
+bool PGNParser::scanBufferedComment(PGNToken& token, int& depth, bool& blank) {
+    const char* const from = GetArea::next(*buffer_);
+    const char* const end = GetArea::end(*buffer_);
+    const char* at = from;
+    bool closed = false;
+    while (at < end && !closed) {
+        const char c = *at;
+        if (isSpace(c)) {
+            ++at;
+            blank = !token.text.empty();
+            continue;
+        }
+        const char* word = at;
+        if (c == '}') {
+            ++at;
+            closed = --depth == 0 || !nestedComments_;
+            if (closed) break;
+        } else if (c == '{') {
+            ++at;
+            ++depth;
+        } else {
+            while (at < end && !isSpace(*at) && *at != '{' && *at != '}') ++at;
+        }
+        if (blank) token.text.push_back(' ');
+        blank = false;
+        token.text.append(word, at);
+    }
+    advanceOver(from, at);
+    return closed;
+}
+
 void PGNParser::readBraceComment(PGNToken& token) {
     token.type = PGNTokenType::BrComment;
     int depth = 1;
     bool blank = false;
     for (;;) {
+        if (buffer_ && scanBufferedComment(token, depth, blank)) return;
         const int c = get();
         if (c == EOF) {
             unget(c);

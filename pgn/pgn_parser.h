@@ -102,6 +102,9 @@ private:
 
     int get();
     void unget(int c);
+    // Takes the characters [from, to) of the buffer's get area as read, as
+    // get() would one by one.
+    void advanceOver(const char* from, const char* to);
     void readToken(PGNToken& token);
     void readSymbol(PGNToken& token, int first);
     void readString(PGNToken& token);
@@ -109,6 +112,7 @@ private:
     void readEscapeLine(PGNToken& token);
     void readLineComment(PGNToken& token);
     void readBraceComment(PGNToken& token);
+    bool scanBufferedComment(PGNToken& token, int& depth, bool& blank);
     SkipEnd skipLine(bool reportEnd);
     bool startGame(bool& started);
 

@@ -7,6 +7,7 @@
 
 #include "pgn/game_result.h"
 #include "pgn/pgn_parser.h"
+#include "pgn/stream_get_area.h"
 
 namespace tarnfold::PGN {
 
@@ -15,15 +16,8 @@ namespace {
 inline bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // The cutter runs under the lock that all workers share, so it reads the
-// stream buffer's characters where they lie, a buffered run at a time, rather
-// than one sbumpc and one push_back per character. The get-area pointers are
-// protected members of std::streambuf; pointers to member formed through a
-// derived class reach them on any stream buffer.
-struct GetArea : std::streambuf {
-    static char* next(std::streambuf& buffer) { return (buffer.*&GetArea::gptr)(); }
-    static char* end(std::streambuf& buffer) { return (buffer.*&GetArea::egptr)(); }
-    static void consume(std::streambuf& buffer, int count) { (buffer.*&GetArea::gbump)(count); }
-};
+// stream buffer's characters where they lie (GetArea), a buffered run at a
+// time, rather than one sbumpc and one push_back per character.
 
 // What the cutter is inside of when a run of characters ends. A game's text
 // may break anywhere between two runs, so every state the scan can be in is

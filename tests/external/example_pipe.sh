@@ -11,7 +11,9 @@ cd "$source" || exit 1
     -i examples/games.pgn -o "$scratch/own.pgn" > "$scratch/own.log" || exit 1
 status=0
 for threads in 0 2; do
-    "$zmfi" --threads $threads -i examples/games.pgn -o "$scratch/pipe.pgn" examples/pipe_material.zmf \
+    # Generous waits: python's start alone can pass the default second on
+    # a loaded machine, and this test is about answers, not timing.
+    "$zmfi" --threads $threads --pipetimeout 20000 10000 -i examples/games.pgn -o "$scratch/pipe.pgn" examples/pipe_material.zmf \
         > "$scratch/pipe.log" || { cat "$scratch/pipe.log"; exit 1; }
     if ! cmp -s "$scratch/own.pgn" "$scratch/pipe.pgn"; then
         echo "the example's games differ with --threads $threads"
