@@ -55,7 +55,7 @@ public:
     void forEach(F&& visit) {
         finish();
         for (const Word& word : words_)
-            visit(std::string_view(chars_).substr(word.begin, word.end - word.begin), word.mark, word.spaceBefore);
+            visit(std::string_view(chars_.data() + word.begin, word.end - word.begin), word.mark, word.spaceBefore);
     }
     // The most the words take written, a blank or a line break before each.
     size_t writtenBound() const { return chars_.size() + markBytes_ + words_.size(); }
@@ -342,6 +342,28 @@ std::string_view resultWord(std::string_view resultTag, uint32_t result) {
 
 // A word that does not fit after the column starts a new line, even a
 // number's move; a word wider than the line stands alone, uncut.
+// Most words are a few bytes, for which a call of memcpy costs more than
+// the copy: up to 16 bytes go as two overlapping fixed-size copies, which
+// read and write nothing outside the word.
+char* copyWord(char* to, std::string_view word) {
+    const char* from = word.data();
+    const size_t size = word.size();
+    if (size > 16) {
+        std::memcpy(to, from, size);
+    } else if (size >= 8) {
+        std::memcpy(to, from, 8);
+        std::memcpy(to + size - 8, from + size - 8, 8);
+    } else if (size >= 4) {
+        std::memcpy(to, from, 4);
+        std::memcpy(to + size - 4, from + size - 4, 4);
+    } else if (size > 0) {
+        to[0] = from[0];
+        to[size / 2] = from[size / 2];
+        to[size - 1] = from[size - 1];
+    }
+    return to + size;
+}
+
 void breakLines(WordList& words, uint32_t lineWidth, std::string& out) {
     // Written through a pointer into room made beforehand: a game has
     // hundreds of words, and appending each to a string checks its capacity.
@@ -360,12 +382,8 @@ void breakLines(WordList& words, uint32_t lineWidth, std::string& out) {
         } else if (spaceBefore && column != 0) {
             *at++ = ' ';
         }
-        std::memcpy(at, text.data(), text.size());
-        at += text.size();
-        if (!mark.empty()) {
-            std::memcpy(at, mark.data(), mark.size());
-            at += mark.size();
-        }
+        at = copyWord(at, text);
+        if (!mark.empty()) at = copyWord(at, mark);
     });
     *at++ = '\n';
     out.resize(start + static_cast<size_t>(at - first));
