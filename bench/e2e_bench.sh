@@ -93,13 +93,15 @@ if [ -x /usr/games/pgn-extract ]; then
     set -- $(median_run "$work/runs_extract")
     extract=$1
     printf '\npgn-extract -s -o (read and write): %.2f s, peak %s MB\n' "$extract" "$2"
-    printf 'mate single-threaded / pgn-extract time = %.2f (target <= 1)\n' "$(echo "$time_mate_0 / $extract" | bc -l)"
+    # How many times faster than pgn-extract's plain copy, single-threaded.
+    printf 'pgn-extract time / true single-threaded = %.2f (target >= 3)\n' "$(echo "$extract / $time_true_0" | bc -l)"
+    printf 'pgn-extract time / mate single-threaded = %.2f (target >= 4)\n' "$(echo "$extract / $time_mate_0" | bc -l)"
 else
     printf '\npgn-extract not found at /usr/games/pgn-extract: no comparison\n'
 fi
 for query in true check mate; do
     eval "one=\$time_${query}_0 two=\$time_${query}_2"
-    printf '%-6s --threads 2 speed-up = %.2f (target >= 1.7)\n' "$query" "$(echo "$one / $two" | bc -l)"
+    printf '%-6s --threads 2 speed-up = %.2f (target >= 1.8)\n' "$query" "$(echo "$one / $two" | bc -l)"
 done
 
 # Games that do not match are not kept: peak memory should not depend on
