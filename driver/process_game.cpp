@@ -236,7 +236,15 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
 
     game.rewind();
     if (pool) output.sortKeys.push_back(numberKey(number, true));
-    output.text = PGN::gameToPgn(writeOptionsFrom(options), game);
+    // The engine's rows hold the board of every position it laid out: the
+    // writer takes those instead of playing the moves once more.
+    const PGN::BoardLookup rows = [&engine](const PGN::AnnotatedGameTreeNode& node) -> Board* {
+        const uint32_t id = node.mark;
+        if (id > engine.lastPosition || id >= engine.positions.size() || engine.positions[id].node != &node)
+            return nullptr;
+        return &engine.boards[id];
+    };
+    output.text = PGN::gameToPgn(writeOptionsFrom(options), game, &rows);
     written = std::move(output);
     if (pool) return true;
     return options.limit == 0 || ++runTotals().limitCount < options.limit;

@@ -134,7 +134,8 @@ size_t addCommentWords(const PGNWriteOptions& options, std::string_view text, Wo
 bool writeComments(const PGNWriteOptions& options, const std::vector<GameComment>& commentList, WordList& words);
 bool writeNags(const PGNWriteOptions& options, const std::vector<uint8_t>& nags, WordList& words);
 // The continuation of current, variations included.
-void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, WordList& words, bool forceNumber);
+void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, WordList& words, bool forceNumber,
+                const BoardLookup* lookup = nullptr);
 
 // A comment as it will stand between its braces: words one blank apart,
 // braces replaced.
@@ -441,37 +442,56 @@ bool writeComments(const PGNWriteOptions& options, const std::vector<GameComment
 // The main line is followed in a loop rather than by recursion, so that the
 // depth of the stack grows with the nesting of variations, not with the
 // length of the game.
-void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, WordList& words,
-                bool forceNumber) {
+void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, WordList& words, bool forceNumber,
+                const BoardLookup* lookup) {
     AnnotatedGameTreeNode* const start = game.current;
     AnnotatedGameTreeNode* node = start;
-    if (!node->parentNode) {
+    const bool fromRoot = !node->parentNode;
+    if (fromRoot) {
         writeComments(options, node->commentsBefore, words);
         writeComments(options, node->commentsAfter, words);
         writeNags(options, node->nags, words);
     }
+    // On the main line the game's own board follows only as far as it must:
+    // up to a position whose board the lookup lacks or whose variations are
+    // written from it.
+    const BoardLookup* const rows = fromRoot ? lookup : nullptr;
     size_t played = 0;
     bool force = forceNumber;
     while (!node->children.empty()) {
         AnnotatedGameTreeNode* first = node->childAnnotated(0);
         const bool edit = first->move.isEdit();
+        Board* before = nullptr;
+        Board* after = nullptr;
+        if (rows && !(options.variations && node->children.size() > 1)) {
+            before = (*rows)(*node);
+            if (before) after = (*rows)(*first);
+        }
+        if (!after) {
+            while (game.current != node) game.forward(game.current->childAnnotated(0));
+            before = &game.board;
+        }
         bool nextForce = false;
         size_t moveWord = noWord;
         if (!edit) {
             writeComments(options, first->commentsBefore, words);
-            nextForce = writeAnnotatedMove(options, game.board, *first, force, words, moveWord);
+            nextForce = writeAnnotatedMove(options, *before, *first, force, words, moveWord);
         }
         const bool wroteVariation = writeVariations(options, game, *node, words);
         if (edit) break;
-        game.forward(first);
-        addCheckMark(options, game.board, words, moveWord);
-        ++played;
+        if (after) {
+            addCheckMark(options, *after, words, moveWord);
+        } else {
+            game.forward(first);
+            addCheckMark(options, game.board, words, moveWord);
+            ++played;
+        }
         // A move after a variation always carries its number.
         force = nextForce || wroteVariation;
         node = first;
     }
     // From root, the whole game goes back in one rewind.
-    if (!start->parentNode) {
+    if (fromRoot) {
         game.rewind();
     } else {
         for (; played > 0; --played) game.back();
@@ -480,19 +500,20 @@ void writeMoves(const PGNWriteOptions& options, AnnotatedGame& game, WordList& w
 
 }  // namespace
 
-void appendGameToPgn(const PGNWriteOptions& options, AnnotatedGame& game, std::string& out) {
+void appendGameToPgn(const PGNWriteOptions& options, AnnotatedGame& game, std::string& out,
+                     const BoardLookup* lookup) {
     std::string_view resultTag;
     writeTags(options, game.tags, out, resultTag);
     thread_local WordList words;
     words.clear();
-    writeMoves(options, game, words, true);
+    writeMoves(options, game, words, true, lookup);
     if (options.result) words.add(resultWord(resultTag, game.result), true);
     breakLines(words, options.lineWidth, out);
 }
 
-std::string gameToPgn(const PGNWriteOptions& options, AnnotatedGame& game) {
+std::string gameToPgn(const PGNWriteOptions& options, AnnotatedGame& game, const BoardLookup* lookup) {
     std::string out;
-    appendGameToPgn(options, game, out);
+    appendGameToPgn(options, game, out, lookup);
     return out;
 }
 

@@ -5,6 +5,7 @@
 // then breaks the words into lines; tags come in front as whole lines.
 
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "chess/notation.h"
@@ -46,9 +47,16 @@ struct PGNWriteOptions {
     MoveTextStyle notation;
 };
 
+// Boards the caller already holds for positions of the game, the engine's
+// laid-out rows: the board at a node, or null. Where the writer gets the
+// boards of a main-line position and of the next, it plays no move.
+using BoardLookup = std::function<Board*(const AnnotatedGameTreeNode&)>;
+
 // The game must stand at its root; current and the Board come back there.
-std::string gameToPgn(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game);
+std::string gameToPgn(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game,
+                      const BoardLookup* lookup = nullptr);
 // The same, appended to out.
-void appendGameToPgn(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game, std::string& out);
+void appendGameToPgn(const PGNWriteOptions& options, Game<AnnotatedGameTreeNode>& game, std::string& out,
+                     const BoardLookup* lookup = nullptr);
 
 }  // namespace tarnfold::PGN

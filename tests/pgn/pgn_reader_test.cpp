@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -261,6 +263,57 @@ TEST(PGNReader, RewindGivesTheBoardOfTakingEveryMoveBack) {
         }
     }
     EXPECT_EQ(games, 190);
+}
+
+// Handed the boards of main-line positions, as the engine's rows hand them,
+// the writer plays fewer moves and writes the same text, also where some
+// boards are missing and where variations make it follow the line itself;
+// the game's board comes back to root.
+TEST(PGNWriter, BoardsHandedInWriteTheSameText) {
+    int games = 0, withVariations = 0;
+    for (const char* name : corpusFiles) {
+        std::istringstream stream(fileText(name));
+        PGNReader reader(stream, false);
+        AnnotatedGame game;
+        reader.game = &game;
+        for (;;) {
+            game.reset();
+            reader.clearGameState();
+            if (reader.read() == 2) break;
+            game.rewind();
+            const Board atRoot = game.board;
+            std::map<const AnnotatedGameTreeNode*, Board> boards;
+            boards[game.current] = game.board;
+            while (!game.current->children.empty()) {
+                game.forward(game.current->childAnnotated(0));
+                boards[game.current] = game.board;
+            }
+            game.rewind();
+            size_t asked = 0;
+            const BoardLookup everyOther = [&](const AnnotatedGameTreeNode& node) -> Board* {
+                const auto found = boards.find(&node);
+                return found == boards.end() || ++asked % 5 == 0 ? nullptr : &found->second;
+            };
+            const BoardLookup all = [&](const AnnotatedGameTreeNode& node) -> Board* {
+                const auto found = boards.find(&node);
+                return found == boards.end() ? nullptr : &found->second;
+            };
+            for (const bool variations : {true, false}) {
+                PGNWriteOptions options;
+                options.variations = variations;
+                const std::string played = gameToPgn(options, game);
+                EXPECT_EQ(gameToPgn(options, game, &all), played) << name << " game " << games;
+                EXPECT_EQ(gameToPgn(options, game, &everyOther), played) << name << " game " << games;
+                EXPECT_EQ(game.current, game.root.get());
+                EXPECT_EQ(game.board, atRoot);
+            }
+            const auto branches = [](const auto& entry) { return entry.first->children.size() > 1; };
+            withVariations += std::any_of(boards.begin(), boards.end(), branches) ? 1 : 0;
+            ++games;
+        }
+    }
+    EXPECT_EQ(games, 190);
+    EXPECT_GT(withVariations, 20);
 }
 
 }  // namespace
