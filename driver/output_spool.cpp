@@ -121,12 +121,27 @@ void OutputSpool::reset(bool sorted) {
     spool_ = nullptr;
     for (std::FILE* run : runs_) std::fclose(run);
     runs_.clear();
+    buffers_.clear();
     gathered_.clear();
     gatheredBytes_ = 0;
     early_.clear();
     nextNumber_ = 1;
     sorted_ = sorted;
     abandoned_ = failed_ = false;
+}
+
+// The spool file with a buffer of a megabyte: games are written to it under
+// the lock all workers share, and the default few kilobytes would make a
+// system call of every other game. (Without a buffer of its own, setvbuf
+// keeps the default size.) Run files keep the default: there can be many of
+// them at once.
+std::FILE* OutputSpool::temporaryFile() {
+    constexpr std::size_t bufferSize = std::size_t(1) << 20;
+    std::FILE* file = std::tmpfile();
+    if (!file) return nullptr;
+    auto buffer = std::make_unique<char[]>(bufferSize);
+    if (std::setvbuf(file, buffer.get(), _IOFBF, bufferSize) == 0) buffers_.push_back(std::move(buffer));
+    return file;
 }
 
 void OutputSpool::writeText(std::FILE* file, const std::string& text) {
@@ -136,7 +151,7 @@ void OutputSpool::writeText(std::FILE* file, const std::string& text) {
 
 // Under the lock: the game due next, then every early one that follows it.
 void OutputSpool::writeInOrder(uint32_t number, const std::string* text) {
-    if (!spool_ && !failed_ && !(spool_ = std::tmpfile())) failed_ = true;
+    if (!spool_ && !failed_ && !(spool_ = temporaryFile())) failed_ = true;
     if (text) writeText(spool_, *text);
     nextNumber_ = number + 1;
     for (auto due = early_.find(nextNumber_); due != early_.end(); due = early_.find(nextNumber_)) {

@@ -79,6 +79,9 @@ private:
     std::vector<OutputGame> gathered_;
     std::size_t gatheredBytes_ = 0;
     std::vector<std::FILE*> runs_;
+    // The stdio buffer of the spool file, which must outlive it.
+    std::vector<std::unique_ptr<char[]>> buffers_;
+    std::FILE* temporaryFile();
 };
 
 OutputSpool& outputSpool();
