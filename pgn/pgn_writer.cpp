@@ -346,7 +346,7 @@ std::string_view resultWord(std::string_view resultTag, uint32_t result) {
 // Most words are a few bytes, for which a call of memcpy costs more than
 // the copy: up to 16 bytes go as two overlapping fixed-size copies, which
 // read and write nothing outside the word.
-char* copyWord(char* to, std::string_view word) {
+[[gnu::always_inline]] inline char* copyWord(char* to, std::string_view word) {
     const char* from = word.data();
     const size_t size = word.size();
     if (size > 16) {
