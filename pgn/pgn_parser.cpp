@@ -73,6 +73,11 @@ bool PGNParser::onGameStart(const PGNPosition&) { return true; }
 // (which leaves the stream alone) restores the position like any other.
 int PGNParser::get() {
     const int c = buffer_ ? buffer_->sbumpc() : EOF;
+    count(c);
+    return c;
+}
+
+void PGNParser::count(int c) {
     if (c == '\n') {
         previousPosition_ = position_;
         ++position_.line;
@@ -81,20 +86,10 @@ int PGNParser::get() {
         ++position_.column;
     }
     ++position_.offset;
-    return c;
 }
 
 void PGNParser::advanceOver(const char* from, const char* to) {
-    for (const char* at = from; at < to; ++at) {
-        if (*at == '\n') {
-            previousPosition_ = position_;
-            ++position_.line;
-            position_.column = 0;
-        } else {
-            ++position_.column;
-        }
-        ++position_.offset;
-    }
+    for (const char* at = from; at < to; ++at) count(*at);
     GetArea::consume(*buffer_, static_cast<int>(to - from));
 }
 

@@ -101,6 +101,8 @@ private:
     enum class SkipEnd { Closed, GameEnd, Bracket };
 
     int get();
+    // Moves the position past one character read.
+    void count(int c);
     void unget(int c);
     // Takes the characters [from, to) of the buffer's get area as read, as
     // get() would one by one.

@@ -192,44 +192,54 @@ TEST(PGNReader, GameTextsReadLikeTheWholeStream) {
     }
 }
 
-// Writing a game read from the corpus and reading it again gives the same
-// tree, comments, NAGs and tags; a second writing gives the same text.
-TEST(PGNReader, CorpusRoundTripsThroughTheWriter) {
+// Reads every game of the corpus sample, one reader per file, and hands each
+// to check with its file's name, the reader and what read() returned.
+template <typename Check>
+int forEachCorpusGame(Check check) {
     int games = 0;
     for (const char* name : corpusFiles) {
         std::istringstream stream(fileText(name));
         PGNReader reader(stream, false);
         AnnotatedGame game;
         reader.game = &game;
-        const PGNWriteOptions options;
         for (;;) {
             game.reset();
             reader.clearGameState();
             const int status = reader.read();
             if (status == 2) break;
-            ASSERT_EQ(status, 0) << name << " game " << games;
-            const ReadGame first = capture(reader, game, status);
-            game.rewind();
-            const std::string written = gameToPgn(options, game);
-            const std::vector<ReadGame> again = readAll(written);
-            ASSERT_EQ(again.size(), 1u) << written;
-            // The writer writes every comment in braces, so only the texts of
-            // ';' comments come back, not their kind.
-            EXPECT_EQ(withoutKinds(again[0].tree), withoutKinds(first.tree)) << name << "\n" << written;
-            EXPECT_EQ(again[0].tags, first.tags) << name;
-            EXPECT_EQ(again[0].result, first.result) << name;
-
-            std::istringstream rereadStream(written);
-            PGNReader rereader(rereadStream, false);
-            AnnotatedGame reread;
-            rereader.game = &reread;
-            rereader.clearGameState();
-            ASSERT_EQ(rereader.read(), 0);
-            reread.rewind();
-            EXPECT_EQ(gameToPgn(options, reread), written) << name;
+            check(name, reader, status, game);
             ++games;
         }
     }
+    return games;
+}
+
+// Writing a game read from the corpus and reading it again gives the same
+// tree, comments, NAGs and tags; a second writing gives the same text.
+TEST(PGNReader, CorpusRoundTripsThroughTheWriter) {
+    const PGNWriteOptions options;
+    const int games = forEachCorpusGame([&](const char* name, PGNReader& reader, int status, AnnotatedGame& game) {
+        ASSERT_EQ(status, 0) << name;
+        const ReadGame first = capture(reader, game, status);
+        game.rewind();
+        const std::string written = gameToPgn(options, game);
+        const std::vector<ReadGame> again = readAll(written);
+        ASSERT_EQ(again.size(), 1u) << written;
+        // The writer writes every comment in braces, so only the texts of
+        // ';' comments come back, not their kind.
+        EXPECT_EQ(withoutKinds(again[0].tree), withoutKinds(first.tree)) << name << "\n" << written;
+        EXPECT_EQ(again[0].tags, first.tags) << name;
+        EXPECT_EQ(again[0].result, first.result) << name;
+
+        std::istringstream rereadStream(written);
+        PGNReader rereader(rereadStream, false);
+        AnnotatedGame reread;
+        rereader.game = &reread;
+        rereader.clearGameState();
+        ASSERT_EQ(rereader.read(), 0);
+        reread.rewind();
+        EXPECT_EQ(gameToPgn(options, reread), written) << name;
+    });
     EXPECT_EQ(games, 190);
 }
 
@@ -238,30 +248,19 @@ TEST(PGNReader, CorpusRoundTripsThroughTheWriter) {
 // other (a board kept from the game before would differ), and so must the
 // board the writer leaves at root after playing the whole game.
 TEST(PGNReader, RewindGivesTheBoardOfTakingEveryMoveBack) {
-    int games = 0;
-    for (const char* name : corpusFiles) {
-        std::istringstream stream(fileText(name));
-        PGNReader reader(stream, false);
-        AnnotatedGame game;
-        reader.game = &game;
-        for (;;) {
-            game.reset();
-            reader.clearGameState();
-            if (reader.read() == 2) break;
-            std::vector<AnnotatedGameTreeNode*> line;
-            for (auto* node = game.current; node->parentNode; node = node->parentAnnotated()) line.push_back(node);
-            game.rewind();
-            const Board kept = game.board;
-            for (auto at = line.rbegin(); at != line.rend(); ++at) game.forward(*at);
-            while (game.current->parentNode) game.back();
-            ASSERT_EQ(game.board, kept) << name << " game " << games;
-            ASSERT_EQ(game.board.toFen(), kept.toFen());
-            (void)gameToPgn(PGNWriteOptions{}, game);
-            EXPECT_EQ(game.current, game.root.get());
-            EXPECT_EQ(game.board, kept) << name << " game " << games;
-            ++games;
-        }
-    }
+    const int games = forEachCorpusGame([](const char* name, PGNReader&, int, AnnotatedGame& game) {
+        std::vector<AnnotatedGameTreeNode*> line;
+        for (auto* node = game.current; node->parentNode; node = node->parentAnnotated()) line.push_back(node);
+        game.rewind();
+        const Board kept = game.board;
+        for (auto at = line.rbegin(); at != line.rend(); ++at) game.forward(*at);
+        while (game.current->parentNode) game.back();
+        ASSERT_EQ(game.board, kept) << name;
+        ASSERT_EQ(game.board.toFen(), kept.toFen());
+        (void)gameToPgn(PGNWriteOptions{}, game);
+        EXPECT_EQ(game.current, game.root.get());
+        EXPECT_EQ(game.board, kept) << name;
+    });
     EXPECT_EQ(games, 190);
 }
 
@@ -270,48 +269,38 @@ TEST(PGNReader, RewindGivesTheBoardOfTakingEveryMoveBack) {
 // boards are missing and where variations make it follow the line itself;
 // the game's board comes back to root.
 TEST(PGNWriter, BoardsHandedInWriteTheSameText) {
-    int games = 0, withVariations = 0;
-    for (const char* name : corpusFiles) {
-        std::istringstream stream(fileText(name));
-        PGNReader reader(stream, false);
-        AnnotatedGame game;
-        reader.game = &game;
-        for (;;) {
-            game.reset();
-            reader.clearGameState();
-            if (reader.read() == 2) break;
-            game.rewind();
-            const Board atRoot = game.board;
-            std::map<const AnnotatedGameTreeNode*, Board> boards;
+    int withVariations = 0;
+    const int games = forEachCorpusGame([&withVariations](const char* name, PGNReader&, int, AnnotatedGame& game) {
+        game.rewind();
+        const Board atRoot = game.board;
+        std::map<const AnnotatedGameTreeNode*, Board> boards;
+        boards[game.current] = game.board;
+        while (!game.current->children.empty()) {
+            game.forward(game.current->childAnnotated(0));
             boards[game.current] = game.board;
-            while (!game.current->children.empty()) {
-                game.forward(game.current->childAnnotated(0));
-                boards[game.current] = game.board;
-            }
-            game.rewind();
-            size_t asked = 0;
-            const BoardLookup everyOther = [&](const AnnotatedGameTreeNode& node) -> Board* {
-                const auto found = boards.find(&node);
-                return found == boards.end() || ++asked % 5 == 0 ? nullptr : &found->second;
-            };
-            const BoardLookup all = [&](const AnnotatedGameTreeNode& node) -> Board* {
-                const auto found = boards.find(&node);
-                return found == boards.end() ? nullptr : &found->second;
-            };
-            for (const bool variations : {true, false}) {
-                PGNWriteOptions options;
-                options.variations = variations;
-                const std::string played = gameToPgn(options, game);
-                EXPECT_EQ(gameToPgn(options, game, &all), played) << name << " game " << games;
-                EXPECT_EQ(gameToPgn(options, game, &everyOther), played) << name << " game " << games;
-                EXPECT_EQ(game.current, game.root.get());
-                EXPECT_EQ(game.board, atRoot);
-            }
-            const auto branches = [](const auto& entry) { return entry.first->children.size() > 1; };
-            withVariations += std::any_of(boards.begin(), boards.end(), branches) ? 1 : 0;
-            ++games;
         }
-    }
+        game.rewind();
+        size_t asked = 0;
+        const BoardLookup everyOther = [&](const AnnotatedGameTreeNode& node) -> Board* {
+            const auto found = boards.find(&node);
+            return found == boards.end() || ++asked % 5 == 0 ? nullptr : &found->second;
+        };
+        const BoardLookup all = [&](const AnnotatedGameTreeNode& node) -> Board* {
+            const auto found = boards.find(&node);
+            return found == boards.end() ? nullptr : &found->second;
+        };
+        for (const bool variations : {true, false}) {
+            PGNWriteOptions options;
+            options.variations = variations;
+            const std::string played = gameToPgn(options, game);
+            EXPECT_EQ(gameToPgn(options, game, &all), played) << name;
+            EXPECT_EQ(gameToPgn(options, game, &everyOther), played) << name;
+            EXPECT_EQ(game.current, game.root.get());
+            EXPECT_EQ(game.board, atRoot);
+        }
+        const auto branches = [](const auto& entry) { return entry.first->children.size() > 1; };
+        withVariations += std::any_of(boards.begin(), boards.end(), branches) ? 1 : 0;
+    });
     EXPECT_EQ(games, 190);
     EXPECT_GT(withVariations, 20);
 }
