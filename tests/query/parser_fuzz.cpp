@@ -55,6 +55,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Parentheses are elided as in a run, so that those the printer adds for
     // safety do not show as nodes.
     parser.keepParens = false;
+    // Instrumented, the parser runs some twenty times slower than built for
+    // use: a twentieth of its expression budget keeps any one input's parse,
+    // nested transforms re-parsing their bodies included, inside the fuzzer's
+    // time limit, as evaluationLimit does for the evaluation.
+    parser.expressionBudget = 50000;
     QuerySource source;
     source.add("fuzz.zmf", std::string(reinterpret_cast<const char*>(data), size));
     ParsedQuery query = parser.parseQuery(source);
