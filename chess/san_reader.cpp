@@ -214,8 +214,6 @@ private:
         if (reverse_ || drop_ || promotion_ != NoPieceType || board_.variantRules.mandatoryCapture) return false;
         if (piece != Knight && piece != Bishop && piece != Rook && piece != Queen) return false;
         if (board_.byColor[mover_] & squareBit(target)) return false;
-        // A game over by its rule set's own end has no legal move at all.
-        if (board_.isVariantEnd()) return false;
         const Bitboard reach = piece == Knight   ? knightAttacks[target]
                                : piece == Bishop ? bishopAttacks(target, board_.occupied)
                                : piece == Rook   ? rookAttacks(target, board_.occupied)
@@ -236,7 +234,8 @@ private:
     bool chooseSinglePawn(Square target, Move& move) {
         if (reverse_ || drop_ || promotion_ != NoPieceType || board_.variantRules.mandatoryCapture) return false;
         const int forward = mover_ == White ? 8 : -8;
-        if (rank_ == (mover_ == White ? 7 : 0) || rank_ == (mover_ == White ? 0 : 7)) return false;
+        // No pawn stands on or steps to an edge rank without promoting.
+        if (rank_ == 0 || rank_ == 7) return false;
         if (qualifierRank_ >= 0 || target == board_.enPassantSquare) return false;
         const Piece pawn = makePiece(Pawn, mover_);
         Move candidate;
@@ -259,7 +258,7 @@ private:
             if (board_.squares[from] != pawn) return false;
             candidate = Move::make(pawn, from, target, board_.squares[target]);
         }
-        if (board_.isVariantEnd() || !keepsKingSafe(candidate)) return false;
+        if (!keepsKingSafe(candidate)) return false;
         move = candidate;
         return true;
     }
@@ -297,8 +296,12 @@ private:
         Bitboard fromSet = ~Bitboard(0);
         if (qualifierFile_ >= 0) fromSet &= fileMask[qualifierFile_];
         if (qualifierRank_ >= 0) fromSet &= rankMask[qualifierRank_];
-        if (piece == Pawn ? chooseSinglePawn(target, move) : chooseSingle(piece, target, fromSet, move))
-            return MoveSuccess;
+        // The shortcuts take one candidate without generating moves; a game
+        // over by its rule set's own end has no legal move at all, which
+        // generation knows and they do not.
+        const bool shortcut = !board_.isVariantEnd() && (piece == Pawn ? chooseSinglePawn(target, move)
+                                                                        : chooseSingle(piece, target, fromSet, move));
+        if (shortcut) return MoveSuccess;
         thread_local MoveList moves;
         if (reverse_) {
             board_.generateReverseMoves(moves);
