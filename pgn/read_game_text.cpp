@@ -2,9 +2,11 @@
 #include <climits>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <streambuf>
 #include <string>
 
+#include "pgn/byte_scan.h"
 #include "pgn/game_result.h"
 #include "pgn/pgn_parser.h"
 #include "pgn/stream_get_area.h"
@@ -17,7 +19,9 @@ inline bool isSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // The cutter runs under the lock that all workers share, so it reads the
 // stream buffer's characters where they lie (GetArea), a buffered run at a
-// time, rather than one sbumpc and one push_back per character.
+// time, rather than one sbumpc and one push_back per character, and passes
+// over comments, tag values and most of the move text sixteen bytes at a
+// time. Lines are counted once over each run, after it is cut.
 
 // What the cutter is inside of when a run of characters ends. A game's text
 // may break anywhere between two runs, so every state the scan can be in is
@@ -51,17 +55,14 @@ public:
 
 private:
     const char* scanMoveText(const char* p, const char* end);
+    const char* passMoveText(const char* p, const char* end);
     const char* scanString(const char* p, const char* end);
     const char* scanAfterInnerQuote(const char* p, const char* end);
-    // Passes over characters up to and including stop; false when the run
+    // Passes over characters up to and including Stop; false when the run
     // ended first.
-    bool passUntil(const char*& p, const char* end, char stop);
+    template <char Stop>
+    bool passUntil(const char*& p, const char* end);
     const char* scanBrace(const char* p, const char* end);
-
-    void newline(const char* after) {
-        ++lines_;
-        lineStart_ = after;
-    }
 
     std::string& text_;
     PGNPosition& position_;
@@ -73,31 +74,27 @@ private:
     bool seenMoveText_ = false;
     bool nonSpace_ = false;
     bool done_ = false;
-    // Per run: the first character not yet copied, and the newlines seen.
+    // Per run: the first character not yet copied.
     const char* keepFrom_ = nullptr;
-    const char* lineStart_ = nullptr;
-    uint64_t lines_ = 0;
 };
 
 const char* GameCut::scan(const char* begin, const char* end) {
     keepFrom_ = begin;
-    lineStart_ = begin;
-    lines_ = 0;
     const char* p = begin;
     while (p < end && !done_) {
         switch (within_) {
             case Within::MoveText: p = scanMoveText(p, end); break;
             case Within::String: p = scanString(p, end); break;
             case Within::Escape:
-                if (*p++ == '\n') newline(p);
+                ++p;
                 within_ = Within::String;
                 break;
             case Within::AfterInnerQuote: p = scanAfterInnerQuote(p, end); break;
             case Within::LineRest:
-                if (passUntil(p, end, '\n')) within_ = Within::MoveText;
+                if (passUntil<'\n'>(p, end)) within_ = Within::MoveText;
                 break;
             case Within::Angle:
-                if (passUntil(p, end, '>')) {
+                if (passUntil<'>'>(p, end)) {
                     keepFrom_ = p;
                     within_ = Within::MoveText;
                 }
@@ -107,11 +104,13 @@ const char* GameCut::scan(const char* begin, const char* end) {
     }
     if (within_ != Within::Angle) text_.append(keepFrom_, p);
     position_.offset += static_cast<uint64_t>(p - begin);
-    if (lines_ == 0) {
+    const uint64_t lines = countByte(begin, p, '\n');
+    if (lines == 0) {
         position_.column += static_cast<uint64_t>(p - begin);
     } else {
-        position_.line += lines_;
-        position_.column = static_cast<uint64_t>(p - lineStart_);
+        position_.line += lines;
+        const auto* lastNewline = static_cast<const char*>(memrchr(begin, '\n', static_cast<size_t>(p - begin)));
+        position_.column = static_cast<uint64_t>(p - lastNewline - 1);
     }
     return p;
 }
@@ -142,19 +141,67 @@ inline bool endsNoResult(char c) {
     return kind == Blank || (kind == Plain && c != '-' && c != '/');
 }
 
+// Whether c can take part in a result, so that the result state after it
+// may be other than 0.
+inline bool inResult(char c) {
+    return c == '0' || c == '1' || c == '2' || c == '-' || c == '/' || c == '*';
+}
+
+// The result state in front of p, where the state at from was 0: every
+// character outside a result sets it back to 0, so replaying the run of
+// result characters that ends at p gives it.
+int resultStateBefore(const char* from, const char* p) {
+    const char* run = p;
+    while (run > from && inResult(run[-1])) --run;
+    int state = 0;
+    for (; run < p; ++run) state = nextResultState(state, *run);
+    return state;
+}
+
+// Move text once a move has been seen and no result is under way: no tag
+// bracket is open (one would have ended the game), so only the characters
+// that open another state, '[' and those that can go on to complete a
+// result need a look. Stops in front of the first of them, with the result
+// state exact there.
+const char* GameCut::passMoveText(const char* p, const char* end) {
+    const char* from = p;
+    for (;;) {
+        p = findFirstOf<'"', '%', ';', '<', '[', '{', '*', '-', '/'>(p, end);
+        if (p == end) {
+            resultState_ = resultStateBefore(from, p);
+            return p;
+        }
+        if (*p != '-' && *p != '/') break;
+        // Most dashes are castling's; only one after a '0' or '1' may begin
+        // a result.
+        const int state = nextResultState(resultStateBefore(from, p), *p);
+        if (state != 0) {
+            resultState_ = state;
+            return p + 1;
+        }
+        from = ++p;
+    }
+    resultState_ = resultStateBefore(from, p);
+    return p;
+}
+
 // Leaves at the end of the run, at the end of the game, or when a character
 // opens one of the other states.
 const char* GameCut::scanMoveText(const char* p, const char* end) {
     while (p < end) {
-        // Outside a result, plain characters and blanks only mark move text.
-        if (resultState_ == 0) {
-            // Runs of plain characters and of blanks, until a character
-            // that needs a look of its own.
+        if (resultState_ == 0 && seenMoveText_) {
+            p = passMoveText(p, end);
+            if (p == end) return p;
+        } else if (resultState_ == 0) {
+            // Before the first move, runs of plain characters and of blanks,
+            // until a character that needs a look of its own.
             bool plain = false;
             for (;;) {
                 const char* from = p;
                 while (p < end && classOf(*p) == Plain) ++p;
                 plain = plain || p != from;
+                // The first move is seen: the rest goes the quick way.
+                if (plain && !inTagBrackets_) break;
                 if (p + 1 < end && (*p == '0' || *p == '1') && endsNoResult(p[1])) {
                     p += 2;
                     plain = true;
@@ -171,7 +218,6 @@ const char* GameCut::scanMoveText(const char* p, const char* end) {
         }
         const char c = *p++;
         const bool space = isSpace(c);
-        if (c == '\n') newline(p);
         if (resultState_ == 6 && space) {
             done_ = true;
             return p;
@@ -211,23 +257,17 @@ const char* GameCut::scanMoveText(const char* p, const char* end) {
 
 // Backslash escapes are honoured, and a newline outside an escape ends the string.
 const char* GameCut::scanString(const char* p, const char* end) {
-    while (p < end) {
-        const char c = *p++;
-        if (c == '\n') {
-            newline(p);
-            within_ = Within::MoveText;
-            return p;
-        }
-        if (c == '\\') {
-            within_ = Within::Escape;
-            return p;
-        }
-        if (c == '"') {
-            // The tokenizer's rule for quotes in tag values: only a ']' after
-            // optional blanks, or the line's end, closes.
-            within_ = inTagBrackets_ ? Within::AfterInnerQuote : Within::MoveText;
-            return p;
-        }
+    p = findFirstOf<'\n', '\\', '"'>(p, end);
+    if (p == end) return p;
+    const char c = *p++;
+    if (c == '\n') {
+        within_ = Within::MoveText;
+    } else if (c == '\\') {
+        within_ = Within::Escape;
+    } else {
+        // The tokenizer's rule for quotes in tag values: only a ']' after
+        // optional blanks, or the line's end, closes.
+        within_ = inTagBrackets_ ? Within::AfterInnerQuote : Within::MoveText;
     }
     return p;
 }
@@ -236,10 +276,8 @@ const char* GameCut::scanAfterInnerQuote(const char* p, const char* end) {
     while (p < end) {
         const char c = *p;
         if (c == '\n') {
-            ++p;
-            newline(p);
             within_ = Within::MoveText;
-            return p;
+            return p + 1;
         }
         if (c == ']') {
             inTagBrackets_ = false;
@@ -257,29 +295,29 @@ const char* GameCut::scanAfterInnerQuote(const char* p, const char* end) {
     return p;
 }
 
-bool GameCut::passUntil(const char*& p, const char* end, char stop) {
-    while (p < end) {
-        const char c = *p++;
-        if (c == '\n') newline(p);
-        if (c == stop) return true;
-    }
-    return false;
+template <char Stop>
+bool GameCut::passUntil(const char*& p, const char* end) {
+    p = findFirstOf<Stop>(p, end);
+    if (p == end) return false;
+    ++p;
+    return true;
 }
 
 // The same depth rule as the tokenizer: without nested comments the first
 // '}' closes.
 const char* GameCut::scanBrace(const char* p, const char* end) {
+    if (!nested_) {
+        if (passUntil<'}'>(p, end)) within_ = Within::MoveText;
+        return p;
+    }
     while (p < end) {
-        const char c = *p++;
-        if (c == '\n') {
-            newline(p);
-        } else if (c == '}') {
-            if (--braceDepth_ == 0 || !nested_) {
-                within_ = Within::MoveText;
-                return p;
-            }
-        } else if (c == '{') {
+        p = findFirstOf<'{', '}'>(p, end);
+        if (p == end) return p;
+        if (*p++ == '{') {
             ++braceDepth_;
+        } else if (--braceDepth_ == 0) {
+            within_ = Within::MoveText;
+            return p;
         }
     }
     return p;

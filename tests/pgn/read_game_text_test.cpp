@@ -19,7 +19,7 @@ using testing::RecordingParser;
 
 // Hands out its text a few characters at a time, or with chunk 0 without any
 // get area at all, so that the cutter meets the end of a run in each of its
-// states.
+// states; runs of 19 mix its sixteen-byte blocks with such ends.
 class ChunkedBuffer : public std::streambuf {
 public:
     ChunkedBuffer(std::string text, size_t chunk) : text_(std::move(text)), chunk_(chunk) {}
@@ -77,7 +77,7 @@ std::vector<std::string> cutWith(std::streambuf& buffer, bool nested) {
 std::vector<std::string> gameTexts(const std::string& input, bool nested = false) {
     std::stringbuf whole(input);
     const std::vector<std::string> placed = cutWith(whole, nested);
-    for (size_t chunk : {0, 1, 2, 3, 7}) {
+    for (size_t chunk : {0, 1, 2, 3, 7, 19}) {
         ChunkedBuffer pieces(input, chunk);
         EXPECT_EQ(cutWith(pieces, nested), placed) << "in runs of " << chunk << ": " << input;
     }
