@@ -68,6 +68,7 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
     ZMFEngine engine;
     setUpEngine(engine, options);
     GameCounts counts;
+    OutputGame output;
     std::string text;
     // One reader for all the worker's games, pointed at each text in turn.
     TextView view;
@@ -87,11 +88,11 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
         }
         // Every number taken is settled, with a game or without, so that
         // the games after it can go out in order.
-        std::optional<OutputGame> written;
+        bool written = false;
         const Range range = inRange(options, number);
         if (range != Range::Inside) ++counts.gamesOutOfRange;
         if (range != Range::Inside) {
-            spool.settle(number, std::nullopt);
+            spool.settle(number, nullptr);
             if (range == Range::After) break;
             continue;
         }
@@ -104,8 +105,8 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
         if (status != 0 && !skip) listErrors(reader.errors, number);
         showProgress(number, options);
         const bool goOn = skip || resultFilterRejects(game, options) ||
-                          processGame(options, query, engine, game, number, true, counts, written);
-        spool.settle(number, std::move(written));
+                          processGame(options, query, engine, game, number, true, counts, output, written);
+        spool.settle(number, written ? &output : nullptr);
         if (!goOn) break;
     }
     counts.positions = engine.positionsTotal;
@@ -142,6 +143,7 @@ unsigned runSingleThreaded(const ZMFDriverOptions& options, ParsedQuery& query, 
     ZMFEngine engine;
     setUpEngine(engine, options);
     GameCounts counts;
+    OutputGame output;
     for (;;) {
         game.reset();
         reader.clearGameState();
@@ -150,18 +152,18 @@ unsigned runSingleThreaded(const ZMFDriverOptions& options, ParsedQuery& query, 
         const bool skip = shouldSkip(game, options);
         if (status == 1 && !skip) listErrors(reader.errors, totals.gamesRead + 1);
         const uint32_t number = ++totals.gamesRead;
-        std::optional<OutputGame> written;
+        bool written = false;
         const Range range = inRange(options, number);
         if (range != Range::Inside) ++counts.gamesOutOfRange;
         if (range != Range::Inside) {
-            spool.settle(number, std::nullopt);
+            spool.settle(number, nullptr);
             if (range == Range::After) break;
             continue;
         }
         showProgress(number, options);
         const bool goOn = skip || resultFilterRejects(game, options) ||
-                          processGame(options, query, engine, game, number, false, counts, written);
-        spool.settle(number, std::move(written));
+                          processGame(options, query, engine, game, number, false, counts, output, written);
+        spool.settle(number, written ? &output : nullptr);
         if (!goOn) break;
     }
     counts.positions = engine.positionsTotal;

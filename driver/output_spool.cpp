@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "driver/brief_lock.h"
 #include "engine/collate.h"
 
 namespace tarnfold::zmf {
@@ -125,6 +126,7 @@ void OutputSpool::reset(bool sorted) {
     gathered_.clear();
     gatheredBytes_ = 0;
     early_.clear();
+    earlyCount_ = 0;
     nextNumber_ = 1;
     sorted_ = sorted;
     abandoned_ = failed_ = false;
@@ -149,24 +151,54 @@ void OutputSpool::writeText(std::FILE* file, const std::string& text) {
         failed_ = true;
 }
 
+void OutputSpool::openSpool() {
+    if (!spool_ && !failed_ && !(spool_ = temporaryFile())) failed_ = true;
+}
+
 // Under the lock: the game due next, then every early one that follows it.
 void OutputSpool::writeInOrder(uint32_t number, const std::string* text) {
-    if (!spool_ && !failed_ && !(spool_ = temporaryFile())) failed_ = true;
+    openSpool();
     if (text) writeText(spool_, *text);
     nextNumber_ = number + 1;
-    for (auto due = early_.find(nextNumber_); due != early_.end(); due = early_.find(nextNumber_)) {
-        if (due->second) writeText(spool_, *due->second);
-        early_.erase(due);
+    while (earlyCount_ > 0) {
+        EarlyGame& due = earlySlot(nextNumber_);
+        if (!due.settled) break;
+        takeFromSlot(due);
         ++nextNumber_;
     }
 }
 
-void OutputSpool::settle(uint32_t number, std::optional<OutputGame> game) {
-    std::unique_lock guard(lock_);
+// Writes the slot's game, if it has one, and frees the slot.
+void OutputSpool::takeFromSlot(EarlyGame& slot) {
+    if (slot.hasText) writeText(spool_, slot.text);
+    slot.text.clear();
+    // A huge game would hold its room for the rest of the run.
+    if (slot.text.capacity() > (std::size_t(1) << 16)) std::string().swap(slot.text);
+    slot.settled = slot.hasText = false;
+    --earlyCount_;
+}
+
+OutputSpool::EarlyGame& OutputSpool::earlySlot(uint32_t number) {
+    const std::size_t ahead = number - nextNumber_;
+    if (ahead >= early_.size()) {
+        std::size_t size = early_.empty() ? 64 : early_.size();
+        while (size <= ahead || size < windowGames * 2) size *= 2;
+        std::vector<EarlyGame> grown(size);
+        for (std::size_t i = 0; i < early_.size(); ++i) {
+            const uint32_t held = nextNumber_ + uint32_t(i);
+            grown[held & (size - 1)] = std::move(early_[held & (early_.size() - 1)]);
+        }
+        early_ = std::move(grown);
+    }
+    return early_[number & (early_.size() - 1)];
+}
+
+void OutputSpool::settle(uint32_t number, const OutputGame* game) {
+    auto guard = lockBriefly(lock_);
     if (sorted_) {
         if (!game) return;
         gatheredBytes_ += game->text.size();
-        gathered_.push_back(std::move(*game));
+        gathered_.push_back(*game);
         if (gatheredBytes_ >= runBytes) spillRun();
         return;
     }
@@ -175,9 +207,13 @@ void OutputSpool::settle(uint32_t number, std::optional<OutputGame> game) {
         room_.notify_all();
         return;
     }
-    early_.emplace(number, game ? std::optional<std::string>(std::move(game->text)) : std::nullopt);
+    EarlyGame& slot = earlySlot(number);
+    slot.settled = true;
+    slot.hasText = game != nullptr;
+    if (game) slot.text.assign(game->text);
+    ++earlyCount_;
     // Running too far ahead of a slow game would pile up texts: wait for it.
-    room_.wait(guard, [&] { return abandoned_ || early_.size() < windowGames || number < nextNumber_; });
+    room_.wait(guard, [&] { return abandoned_ || earlyCount_ < windowGames || number < nextNumber_; });
 }
 
 void OutputSpool::abandon() {
@@ -245,12 +281,10 @@ bool OutputSpool::copyTo(std::ostream& out, std::string& error) {
         }
     } else {
         // Numbers never settled leave gaps; what follows them still goes out in order.
-        while (!early_.empty()) {
-            auto first = early_.begin();
-            const uint32_t number = first->first;
-            const std::optional<std::string> text = std::move(first->second);
-            early_.erase(first);
-            writeInOrder(number, text ? &*text : nullptr);
+        if (earlyCount_ > 0) openSpool();
+        for (; earlyCount_ > 0; ++nextNumber_) {
+            EarlyGame& slot = earlySlot(nextNumber_);
+            if (slot.settled) takeFromSlot(slot);
         }
         if (spool_ && !failed_ && !copyFile(spool_, out)) failed_ = true;
     }

@@ -8,14 +8,15 @@
 // Without sort keys the output order is the input order: a game is written
 // once every game before it is settled. Worker threads settle games out of
 // order; a small window holds those that are early, and a worker that runs
-// too far ahead waits. With sort keys, games are gathered into runs of a
+// too far ahead waits. The window's texts are copies kept in strings that
+// keep their room from game to game: a text made by one thread and freed by
+// another would make the threads meet on the allocator's locks. With sort keys, games are gathered into runs of a
 // bounded size, each sorted and spilled to a file of its own, and the runs
 // are merged at the end; ties keep the input order.
 
 #include <condition_variable>
 #include <cstdint>
 #include <cstdio>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -40,10 +41,11 @@ public:
     // Forgets every game; `sorted` when the games carry sort keys.
     void reset(bool sorted);
 
-    // The game with this number is settled: with its output, or with none.
-    // Every number handed out must be settled once, in any order. Safe to
-    // call from several threads. May wait while the window is full.
-    void settle(uint32_t number, std::optional<OutputGame> game);
+    // The game with this number is settled: with its output, or with none
+    // (game null). Every number handed out must be settled once, in any
+    // order. Safe to call from several threads. May wait while the window is
+    // full.
+    void settle(uint32_t number, const OutputGame* game);
 
     // Writes every game in its order. False when the spool could not be
     // written or read back; `error` then says why.
@@ -60,7 +62,17 @@ public:
 
 private:
     void writeText(std::FILE* file, const std::string& text);
+    void openSpool();
     void writeInOrder(uint32_t number, const std::string* text);
+    struct EarlyGame {
+        bool settled = false;
+        bool hasText = false;
+        std::string text;
+    };
+    // The slot of a number ahead of the next one due; the ring grows when
+    // the number is further ahead than it reaches.
+    EarlyGame& earlySlot(uint32_t number);
+    void takeFromSlot(EarlyGame& slot);
     void spillRun();
     bool mergeRuns(std::ostream& out, std::string& error);
 
@@ -70,10 +82,12 @@ private:
     bool abandoned_ = false;
     bool failed_ = false;
 
-    // Input order: the spool file, the next number due and the early ones.
+    // Input order: the spool file, the next number due and the early ones,
+    // in a ring (its size a power of two) where number n has slot n mod size.
     std::FILE* spool_ = nullptr;
     uint32_t nextNumber_ = 1;
-    std::map<uint32_t, std::optional<std::string>> early_;
+    std::vector<EarlyGame> early_;
+    std::size_t earlyCount_ = 0;
 
     // Sorted: the games of the run being gathered, and the spilled runs.
     std::vector<OutputGame> gathered_;

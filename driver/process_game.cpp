@@ -201,7 +201,8 @@ void setUpEngine(ZMFEngine& engine, const ZMFDriverOptions& options) {
 }
 
 bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine& engine, RunGame& game,
-                 uint32_t number, bool pool, GameCounts& counts, std::optional<OutputGame>& written) {
+                 uint32_t number, bool pool, GameCounts& counts, OutputGame& output, bool& written) {
+    written = false;
     game.rewind();
     engine.gameNumber = number;
     std::vector<PositionMatch> matches;
@@ -222,7 +223,8 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
     ++counts.matchingGames;
     counts.matchingPositions += uint32_t(matches.size());
 
-    OutputGame output;
+    output.sortKeys.clear();
+    output.text.clear();
     addSortKeys(query, engine, options, game, output);
     if (options.sortByMatchCount) {
         output.sortKeys.push_back(numberKey(int64_t(matches.size()), false));
@@ -244,8 +246,8 @@ bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine&
             return nullptr;
         return &engine.boards[id];
     };
-    output.text = PGN::gameToPgn(writeOptionsFrom(options), game, &rows);
-    written = std::move(output);
+    PGN::appendGameToPgn(writeOptionsFrom(options), game, output.text, &rows);
+    written = true;
     if (pool) return true;
     return options.limit == 0 || ++runTotals().limitCount < options.limit;
 }

@@ -25,11 +25,11 @@ void listErrors(const std::vector<PGN::PGNError>& errors, uint32_t number);
 // "[N]" every lineIncrement games, a dot every tenth of that.
 void showProgress(uint32_t number, const ZMFDriverOptions& options);
 
-// Evaluates the query over the game, and when it matches decorates the game
-// and hands its text for the output back in `written`. False when reading
-// should stop.
+// Evaluates the query over the game, and when it matches decorates the game,
+// puts its text for the output in `output` (whose room is kept from game to
+// game) and sets `written`. False when reading should stop.
 bool processGame(const ZMFDriverOptions& options, ParsedQuery& query, ZMFEngine& engine, RunGame& game,
-                 uint32_t number, bool pool, GameCounts& counts, std::optional<OutputGame>& written);
+                 uint32_t number, bool pool, GameCounts& counts, OutputGame& output, bool& written);
 
 // The persistent variables of an engine's query by name: copied after the
 // single loop, folded by their merge strategies as each worker ends. A quiet
