@@ -14,5 +14,11 @@ unsigned runWorkers(const ZMFDriverOptions& options, std::istream& input, unsign
 // Writes the collected games, the persistent variables and the summary;
 // false when the output cannot be opened.
 bool writeOutput(ZMFDriverOptions& options, unsigned threadsUsed);
+// The output file's name when neither the command line nor the query named
+// one; known before the run, so that the games can be spooled beside it.
+void nameOutput(ZMFDriverOptions& options);
+// The output file the spooled games may take the place of: none for
+// standard output or when appending.
+std::string outputToReplace(const ZMFDriverOptions& options);
 
 }  // namespace tarnfold::zmf

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "driver/brief_lock.h"
+#include "driver/unnamed_file.h"
 #include "engine/collate.h"
 
 namespace tarnfold::zmf {
@@ -116,10 +117,16 @@ OutputSpool::OutputSpool() = default;
 
 OutputSpool::~OutputSpool() { reset(false); }
 
-void OutputSpool::reset(bool sorted) {
+void OutputSpool::reset(bool sorted, const std::string& outputPath) {
     std::lock_guard guard(lock_);
     if (spool_) std::fclose(spool_);
     spool_ = nullptr;
+    spoolBesideOutput_ = false;
+    outputFolder_.clear();
+    if (!outputPath.empty()) {
+        const std::size_t slash = outputPath.rfind('/');
+        outputFolder_ = slash == std::string::npos ? "." : slash == 0 ? "/" : outputPath.substr(0, slash);
+    }
     for (std::FILE* run : runs_) std::fclose(run);
     runs_.clear();
     buffers_.clear();
@@ -137,9 +144,12 @@ void OutputSpool::reset(bool sorted) {
 // system call of every other game. (Without a buffer of its own, setvbuf
 // keeps the default size.) Run files keep the default: there can be many of
 // them at once.
-std::FILE* OutputSpool::temporaryFile() {
+std::FILE* OutputSpool::temporaryFile(bool besideOutput) {
     constexpr std::size_t bufferSize = std::size_t(1) << 20;
-    std::FILE* file = std::tmpfile();
+    std::FILE* file = nullptr;
+    if (besideOutput && !outputFolder_.empty()) file = unnamedFileIn(outputFolder_);
+    spoolBesideOutput_ = file != nullptr;
+    if (!file) file = std::tmpfile();
     if (!file) return nullptr;
     auto buffer = std::make_unique<char[]>(bufferSize);
     if (std::setvbuf(file, buffer.get(), _IOFBF, bufferSize) == 0) buffers_.push_back(std::move(buffer));
@@ -152,7 +162,7 @@ void OutputSpool::writeText(std::FILE* file, const std::string& text) {
 }
 
 void OutputSpool::openSpool() {
-    if (!spool_ && !failed_ && !(spool_ = temporaryFile())) failed_ = true;
+    if (!spool_ && !failed_ && !(spool_ = temporaryFile(true))) failed_ = true;
 }
 
 // Under the lock: the game due next, then every early one that follows it.
@@ -269,6 +279,26 @@ bool OutputSpool::mergeRuns(std::ostream& out, std::string& error) {
     return true;
 }
 
+// Numbers never settled leave gaps; what follows them still goes out in order.
+void OutputSpool::writeEarlyLeft() {
+    if (earlyCount_ > 0) openSpool();
+    for (; earlyCount_ > 0; ++nextNumber_) {
+        EarlyGame& slot = earlySlot(nextNumber_);
+        if (slot.settled) takeFromSlot(slot);
+    }
+}
+
+bool OutputSpool::becomeFile(const std::string& path) {
+    std::lock_guard guard(lock_);
+    if (sorted_ || failed_ || !spool_ || !spoolBesideOutput_) return false;
+    writeEarlyLeft();
+    if (failed_ || std::fflush(spool_) != 0) return false;
+    if (!replaceFile(fileno(spool_), path)) return false;
+    std::fclose(spool_);
+    spool_ = nullptr;
+    return true;
+}
+
 bool OutputSpool::copyTo(std::ostream& out, std::string& error) {
     std::lock_guard guard(lock_);
     if (sorted_) {
@@ -280,12 +310,7 @@ bool OutputSpool::copyTo(std::ostream& out, std::string& error) {
             if (!failed_ && !mergeRuns(out, error)) return false;
         }
     } else {
-        // Numbers never settled leave gaps; what follows them still goes out in order.
-        if (earlyCount_ > 0) openSpool();
-        for (; earlyCount_ > 0; ++nextNumber_) {
-            EarlyGame& slot = earlySlot(nextNumber_);
-            if (slot.settled) takeFromSlot(slot);
-        }
+        writeEarlyLeft();
         if (spool_ && !failed_ && !copyFile(spool_, out)) failed_ = true;
     }
     if (failed_) {

@@ -38,8 +38,11 @@ public:
     OutputSpool(const OutputSpool&) = delete;
     OutputSpool& operator=(const OutputSpool&) = delete;
 
-    // Forgets every game; `sorted` when the games carry sort keys.
-    void reset(bool sorted);
+    // Forgets every game; `sorted` when the games carry sort keys. With an
+    // output path, the spool file is made in that file's folder, so that at
+    // the end it can take the output's place by a rename instead of a copy;
+    // without one, in the system's temporary folder.
+    void reset(bool sorted, const std::string& outputPath = {});
 
     // The game with this number is settled: with its output, or with none
     // (game null). Every number handed out must be settled once, in any
@@ -50,6 +53,12 @@ public:
     // Writes every game in its order. False when the spool could not be
     // written or read back; `error` then says why.
     bool copyTo(std::ostream& out, std::string& error);
+
+    // Makes the spool file the output file at path, when it can: games in
+    // input order, the spool made beside path, and path new or a plain file
+    // of the user's own that may be written (its mode is kept). False when
+    // it cannot, and nothing has changed: copyTo then writes the output.
+    bool becomeFile(const std::string& path);
 
     // Stops threads waiting for room: the run is over without output.
     void abandon();
@@ -63,6 +72,7 @@ public:
 private:
     void writeText(std::FILE* file, const std::string& text);
     void openSpool();
+    void writeEarlyLeft();
     void writeInOrder(uint32_t number, const std::string* text);
     struct EarlyGame {
         bool settled = false;
@@ -85,6 +95,10 @@ private:
     // Input order: the spool file, the next number due and the early ones,
     // in a ring (its size a power of two) where number n has slot n mod size.
     std::FILE* spool_ = nullptr;
+    // The folder of the output file, and whether the spool file was made
+    // there, unnamed.
+    std::string outputFolder_;
+    bool spoolBesideOutput_ = false;
     uint32_t nextNumber_ = 1;
     std::vector<EarlyGame> early_;
     std::size_t earlyCount_ = 0;
@@ -95,7 +109,7 @@ private:
     std::vector<std::FILE*> runs_;
     // The stdio buffer of the spool file, which must outlive it.
     std::vector<std::unique_ptr<char[]>> buffers_;
-    std::FILE* temporaryFile();
+    std::FILE* temporaryFile(bool besideOutput);
 };
 
 OutputSpool& outputSpool();

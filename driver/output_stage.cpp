@@ -49,14 +49,31 @@ void printSummary(const ZMFDriverOptions& options, unsigned threadsUsed) {
 
 }  // namespace
 
+void nameOutput(ZMFDriverOptions& options) {
+    if (!options.outputFile.empty()) return;
+    std::string stem = fileStem(options.queryFile);
+    if (stem.empty()) stem = "zmfdefault";
+    options.outputFile = stem + "-out.pgn";
+    options.appendOutput = false;
+}
+
+std::string outputToReplace(const ZMFDriverOptions& options) {
+    if (options.outputFile == "stdout" || options.appendOutput) return {};
+    return options.outputFile;
+}
+
 bool writeOutput(ZMFDriverOptions& options, unsigned threadsUsed) {
     std::cout << std::flush;
+    nameOutput(options);
     const bool toStdout = options.outputFile == "stdout";
-    if (options.outputFile.empty()) {
-        std::string stem = fileStem(options.queryFile);
-        if (stem.empty()) stem = "zmfdefault";
-        options.outputFile = stem + "-out.pgn";
-        options.appendOutput = false;
+    // Games in input order are already in a file beside the output: a
+    // rename puts them in place. Otherwise they are copied.
+    const std::string replaced = outputToReplace(options);
+    if (!replaced.empty() && outputSpool().becomeFile(replaced)) {
+        printPersistentVariables(options);
+        std::cout << std::flush;
+        printSummary(options, threadsUsed);
+        return true;
     }
     std::ofstream file;
     if (!toStdout) {

@@ -111,7 +111,8 @@ bool runQuery(ZMFDriverOptions& options) {
 
     RunTotals& totals = runTotals();
     totals.start = std::chrono::steady_clock::now();
-    outputSpool().reset(!query.sortSlots.empty() || options.sortByMatchCount);
+    nameOutput(options);
+    outputSpool().reset(!query.sortSlots.empty() || options.sortByMatchCount, outputToReplace(options));
     // Tests shrink the sorted runs to make the merge of many runs happen.
     if (const char* bytes = std::getenv("ZMFI_SPOOL_RUN_BYTES"))
         outputSpool().runBytes = std::strtoull(bytes, nullptr, 10);
