@@ -3,6 +3,7 @@
 
 #include "driver/game_loop.h"
 
+#include <array>
 #include <istream>
 #include <memory>
 #include <mutex>
@@ -61,6 +62,52 @@ struct WorkerContext {
     ZMFDriverOptions options;
 };
 
+// The games a worker takes at one turn of the reader lock. Taking a few at a
+// time keeps the scanner, and the text just read, in one core's cache for
+// several games, and halves and halves again the turns at the lock.
+class TakenGames {
+public:
+    static constexpr size_t perTurn = 4;
+
+    // False when the input is used up.
+    bool take() {
+        RunTotals& totals = runTotals();
+        count_ = next_ = 0;
+        const auto lock = lockBriefly(totals.readerLock);
+        while (count_ < perTurn) {
+            Taken& game = games_[count_];
+            game.start = totals.sharedScanner->position();
+            if (!totals.sharedScanner->readGameText(game.text)) break;
+            game.number = ++totals.gamesRead;
+            ++count_;
+        }
+        return count_ > 0;
+    }
+    bool empty() const { return next_ == count_; }
+
+    struct Taken {
+        std::string text;
+        PGN::PGNPosition start;
+        uint32_t number = 0;
+    };
+    Taken& next() { return games_[next_++]; }
+
+    // A worker that stops settles the games it took and did not look at,
+    // counted with those outside the range, as the loop on one thread
+    // would not have read them.
+    void giveUp(GameCounts& counts) {
+        for (; next_ < count_; ++next_) {
+            outputSpool().settle(games_[next_].number, nullptr);
+            ++counts.gamesOutOfRange;
+        }
+    }
+
+private:
+    std::array<Taken, perTurn> games_;
+    size_t count_ = 0;
+    size_t next_ = 0;
+};
+
 void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
     RunTotals& totals = runTotals();
     OutputSpool& spool = outputSpool();
@@ -69,7 +116,7 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
     setUpEngine(engine, options);
     GameCounts counts;
     OutputGame output;
-    std::string text;
+    TakenGames taken;
     // One reader for all the worker's games, pointed at each text in turn.
     TextView view;
     std::istream stream(&view);
@@ -77,15 +124,10 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
     reader.game = &game;
     for (;;) {
         if (totals.fatal || totals.limitReached) break;
+        if (taken.empty() && !taken.take()) break;
         game.reset();
-        PGN::PGNPosition start;
-        uint32_t number = 0;
-        {
-            const auto lock = lockBriefly(totals.readerLock);
-            start = totals.sharedScanner->position();
-            if (!totals.sharedScanner->readGameText(text)) break;
-            number = ++totals.gamesRead;
-        }
+        const TakenGames::Taken& next = taken.next();
+        const uint32_t number = next.number;
         // Every number taken is settled, with a game or without, so that
         // the games after it can go out in order.
         bool written = false;
@@ -96,9 +138,9 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
             if (range == Range::After) break;
             continue;
         }
-        view.show(text);
+        view.show(next.text);
         stream.clear();
-        reader.setPosition(start);
+        reader.setPosition(next.start);
         reader.clearGameState();
         const int status = reader.read();
         const bool skip = shouldSkip(game, options);
@@ -109,6 +151,7 @@ void workerLoop(const ZMFDriverOptions& options, ParsedQuery& query) {
         spool.settle(number, written ? &output : nullptr);
         if (!goOn) break;
     }
+    taken.giveUp(counts);
     counts.positions = engine.positionsTotal;
     std::lock_guard lock(totals.resultsLock);
     addCounts(counts);

@@ -70,4 +70,21 @@ for query in true check mate 'wtm and #P < #p' 'btm and #[QR] > #[qr]' 'sort "ma
     # Nor may the error listing be, once the damaged games are in the input.
     grep -q '^  line [0-9]*: col [0-9]*: ' "$scratch/single.log" || { echo "no parse errors listed"; status=1; }
 done
+
+# Workers take several games at a turn: a range still analyses exactly its
+# games, and a limit still writes exactly its number of games, whatever a
+# worker had taken when the run stopped.
+summary() { sed -n 's/ in [0-9.e+-]* seconds.*//p' "$1" | grep '^Analyzed '; }
+"$zmfi" --gamenumber 5 12 --zmf check -i "$games" -o "$scratch/single.pgn" > "$scratch/single.log" || exit 1
+for threads in 1 2 3; do
+    "$zmfi" --threads $threads --gamenumber 5 12 --zmf check -i "$games" -o "$scratch/pool.pgn" > "$scratch/pool.log" ||
+        exit 1
+    cmp -s "$scratch/single.pgn" "$scratch/pool.pgn" && [ "$(summary "$scratch/single.log")" = "$(summary "$scratch/pool.log")" ] || {
+        echo "range differs with --threads $threads: $(summary "$scratch/pool.log")"
+        status=1
+    }
+    "$zmfi" --threads $threads --limit 3 --zmf check -i "$games" -o "$scratch/pool.pgn" > "$scratch/pool.log" || exit 1
+    [ "$(grep -c '^\[Event ' "$scratch/pool.pgn")" = 3 ] && grep -q '(in 3 games)' "$scratch/pool.log" ||
+        { echo "--limit 3 with --threads $threads wrote $(grep -c '^\[Event ' "$scratch/pool.pgn") games"; status=1; }
+done
 exit $status
