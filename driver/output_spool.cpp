@@ -129,36 +129,54 @@ void OutputSpool::reset(bool sorted, const std::string& outputPath) {
     }
     for (std::FILE* run : runs_) std::fclose(run);
     runs_.clear();
-    buffers_.clear();
     gathered_.clear();
     gatheredBytes_ = 0;
     early_.clear();
     earlyCount_ = 0;
     nextNumber_ = 1;
     sorted_ = sorted;
-    abandoned_ = failed_ = false;
+    abandoned_ = false;
+    failed_ = false;
+    pending_.clear();
+    writing_.clear();
 }
 
-// The spool file with a buffer of a megabyte: games are written to it under
-// the lock all workers share, and the default few kilobytes would make a
-// system call of every other game. (Without a buffer of its own, setvbuf
-// keeps the default size.) Run files keep the default: there can be many of
-// them at once.
+// The spool file; it is written a megabyte at a time (pending_).
 std::FILE* OutputSpool::temporaryFile(bool besideOutput) {
-    constexpr std::size_t bufferSize = std::size_t(1) << 20;
     std::FILE* file = nullptr;
     if (besideOutput && !outputFolder_.empty()) file = unnamedFileIn(outputFolder_);
     spoolBesideOutput_ = file != nullptr;
-    if (!file) file = std::tmpfile();
-    if (!file) return nullptr;
-    auto buffer = std::make_unique<char[]>(bufferSize);
-    if (std::setvbuf(file, buffer.get(), _IOFBF, bufferSize) == 0) buffers_.push_back(std::move(buffer));
-    return file;
+    return file ? file : std::tmpfile();
 }
 
-void OutputSpool::writeText(std::FILE* file, const std::string& text) {
-    if (!file || std::fwrite(text.data(), 1, text.size(), file) != text.size() || std::fputc('\n', file) == EOF)
-        failed_ = true;
+void OutputSpool::appendText(const std::string& text) {
+    pending_.append(text);
+    pending_.push_back('\n');
+}
+
+// Under the lock, with a megabyte of games pending: they are handed to the
+// file lock and written after the spool's lock is let go, so that a worker
+// settling its game does not wait for the system to take a megabyte. The
+// file lock, taken before the spool's is let go, keeps the writes in order.
+void OutputSpool::writePendingOutside(std::unique_lock<std::mutex>& guard) {
+    std::unique_lock file(fileLock_);
+    std::swap(pending_, writing_);
+    std::FILE* const spool = spool_;
+    guard.unlock();
+    writeChunk(spool, writing_);
+    writing_.clear();
+}
+
+void OutputSpool::writeChunk(std::FILE* file, const std::string& chunk) {
+    if (!file || std::fwrite(chunk.data(), 1, chunk.size(), file) != chunk.size()) failed_ = true;
+}
+
+// At the end of the run: what is pending, and the file flushed.
+bool OutputSpool::writeAllPending() {
+    std::lock_guard file(fileLock_);
+    writeChunk(spool_, pending_);
+    pending_.clear();
+    return !failed_ && std::fflush(spool_) == 0;
 }
 
 void OutputSpool::openSpool() {
@@ -168,7 +186,7 @@ void OutputSpool::openSpool() {
 // Under the lock: the game due next, then every early one that follows it.
 void OutputSpool::writeInOrder(uint32_t number, const std::string* text) {
     openSpool();
-    if (text) writeText(spool_, *text);
+    if (text) appendText(*text);
     nextNumber_ = number + 1;
     while (earlyCount_ > 0) {
         EarlyGame& due = earlySlot(nextNumber_);
@@ -180,7 +198,7 @@ void OutputSpool::writeInOrder(uint32_t number, const std::string* text) {
 
 // Writes the slot's game, if it has one, and frees the slot.
 void OutputSpool::takeFromSlot(EarlyGame& slot) {
-    if (slot.hasText) writeText(spool_, slot.text);
+    if (slot.hasText) appendText(slot.text);
     slot.text.clear();
     // A huge game would hold its room for the rest of the run.
     if (slot.text.capacity() > (std::size_t(1) << 16)) std::string().swap(slot.text);
@@ -215,6 +233,7 @@ void OutputSpool::settle(uint32_t number, const OutputGame* game) {
     if (number == nextNumber_) {
         writeInOrder(number, game ? &game->text : nullptr);
         room_.notify_all();
+        if (pending_.size() >= pendingBytes) writePendingOutside(guard);
         return;
     }
     EarlyGame& slot = earlySlot(number);
@@ -292,7 +311,7 @@ bool OutputSpool::becomeFile(const std::string& path) {
     std::lock_guard guard(lock_);
     if (sorted_ || failed_ || !spool_ || !spoolBesideOutput_) return false;
     writeEarlyLeft();
-    if (failed_ || std::fflush(spool_) != 0) return false;
+    if (!writeAllPending()) return false;
     if (!replaceFile(fileno(spool_), path)) return false;
     std::fclose(spool_);
     spool_ = nullptr;
@@ -311,7 +330,7 @@ bool OutputSpool::copyTo(std::ostream& out, std::string& error) {
         }
     } else {
         writeEarlyLeft();
-        if (spool_ && !failed_ && !copyFile(spool_, out)) failed_ = true;
+        if (spool_ && (!writeAllPending() || !copyFile(spool_, out))) failed_ = true;
     }
     if (failed_) {
         if (error.empty()) error = "the temporary file for the games could not be written";

@@ -1,19 +1,21 @@
 #pragma once
 // Where the matching games wait for the end of the run. The output file is
-// only opened once the run is over (a failing query writes nothing), but the
-// games do not wait in memory: their text goes to an anonymous temporary
-// file as soon as its place in the output is known, so that memory does not
-// grow with the number of games written.
+// only written once the run is over (a failing query writes nothing), but the
+// games do not wait in memory: their text goes to an unnamed file (beside
+// the output when it can) as soon as its place in the output is known, so
+// that memory does not grow with the number of games written.
 //
 // Without sort keys the output order is the input order: a game is written
 // once every game before it is settled. Worker threads settle games out of
 // order; a small window holds those that are early, and a worker that runs
 // too far ahead waits. The window's texts are copies kept in strings that
 // keep their room from game to game: a text made by one thread and freed by
-// another would make the threads meet on the allocator's locks. With sort keys, games are gathered into runs of a
-// bounded size, each sorted and spilled to a file of its own, and the runs
-// are merged at the end; ties keep the input order.
+// another would make the threads meet on the allocator's locks. With sort
+// keys, games are gathered into runs of a bounded size, each sorted and
+// spilled to a file of its own, and the runs are merged at the end; ties
+// keep the input order.
 
+#include <atomic>
 #include <condition_variable>
 #include <cstdint>
 #include <cstdio>
@@ -68,9 +70,15 @@ public:
     std::size_t runBytes = std::size_t(32) << 20;
     // How many games the window may hold ahead of the next one due.
     std::size_t windowGames = 256;
+    // How many bytes of games in order gather before they are written; small
+    // values let tests make the writes meet the threads settling games.
+    std::size_t pendingBytes = std::size_t(1) << 20;
 
 private:
-    void writeText(std::FILE* file, const std::string& text);
+    void appendText(const std::string& text);
+    void writePendingOutside(std::unique_lock<std::mutex>& guard);
+    void writeChunk(std::FILE* file, const std::string& chunk);
+    bool writeAllPending();
     void openSpool();
     void writeEarlyLeft();
     void writeInOrder(uint32_t number, const std::string* text);
@@ -90,7 +98,8 @@ private:
     std::mutex lock_;
     std::condition_variable room_;
     bool abandoned_ = false;
-    bool failed_ = false;
+    // Set by a write outside the lock too.
+    std::atomic<bool> failed_{false};
 
     // Input order: the spool file, the next number due and the early ones,
     // in a ring (its size a power of two) where number n has slot n mod size.
@@ -102,13 +111,16 @@ private:
     uint32_t nextNumber_ = 1;
     std::vector<EarlyGame> early_;
     std::size_t earlyCount_ = 0;
+    // Games in order not yet in the file, and the megabyte being written,
+    // under fileLock_, after the spool's lock is let go.
+    std::string pending_;
+    std::string writing_;
+    std::mutex fileLock_;
 
     // Sorted: the games of the run being gathered, and the spilled runs.
     std::vector<OutputGame> gathered_;
     std::size_t gatheredBytes_ = 0;
     std::vector<std::FILE*> runs_;
-    // The stdio buffer of the spool file, which must outlive it.
-    std::vector<std::unique_ptr<char[]>> buffers_;
     std::FILE* temporaryFile(bool besideOutput);
 };
 

@@ -47,10 +47,12 @@ std::string copied(OutputSpool& spool) {
 TEST(OutputSpool, WritesInInputOrderWhateverOrderGamesAreSettledIn) {
     // Four threads taking numbers in turn and finishing them at different
     // speeds, through a window of four: early games wait, the window fills
-    // and empties, and its slots are reused many times over.
+    // and empties, and its slots are reused many times over; the games in
+    // order are written every few hundred bytes while others are settled.
     OutputSpool spool;
     spool.reset(false);
     spool.windowGames = 4;
+    spool.pendingBytes = 200;
     constexpr uint32_t games = 3000;
     std::atomic<uint32_t> next{0};
     std::vector<std::thread> workers;
