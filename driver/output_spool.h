@@ -68,8 +68,9 @@ public:
     // How many bytes of game text a sorted run gathers before it is
     // spilled; small values let tests exercise the merge.
     std::size_t runBytes = std::size_t(32) << 20;
-    // How many games the window may hold ahead of the next one due.
-    std::size_t windowGames = 256;
+    // How many games the window may hold ahead of the next one due: enough
+    // for a game many times as long as most to hold up only itself.
+    std::size_t windowGames = 64;
     // How many bytes of games in order gather before they are written; small
     // values let tests make the writes meet the threads settling games.
     std::size_t pendingBytes = std::size_t(1) << 20;
