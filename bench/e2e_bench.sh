@@ -131,3 +131,11 @@ measure "$zmfi" --zmf false -i "$work/quarter.pgn" -o "$work/out.pgn"
 quarter_peak=$peak
 measure "$zmfi" --zmf false -i "$work/big.pgn" -o "$work/out.pgn"
 printf '\nquery false, peak memory: %s MB over a quarter of the file, %s MB over all of it\n' "$quarter_peak" "$peak"
+# Nor may games written, alone or through the two workers' reorder window.
+for threads in "" "--threads 2"; do
+    measure "$zmfi" $threads --zmf true -i "$work/quarter.pgn" -o "$work/out.pgn"
+    quarter_peak=$peak
+    measure "$zmfi" $threads --zmf true -i "$work/big.pgn" -o "$work/out.pgn"
+    printf 'query true%s, peak memory: %s MB over a quarter of the file, %s MB over all of it\n' \
+        "${threads:+ $threads}" "$quarter_peak" "$peak"
+done
