@@ -64,7 +64,7 @@ struct WorkerContext {
 
 // The games a worker takes at one turn of the reader lock. Taking a few at a
 // time keeps the scanner, and the text just read, in one core's cache for
-// several games, and halves and halves again the turns at the lock.
+// several games, and makes a quarter as many turns at the lock.
 class TakenGames {
 public:
     static constexpr size_t perTurn = 4;
