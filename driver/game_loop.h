@@ -12,8 +12,8 @@ unsigned runSingleThreaded(const ZMFDriverOptions& options, ParsedQuery& query, 
 unsigned runWorkers(const ZMFDriverOptions& options, std::istream& input, unsigned count);
 
 // Writes the collected games, the persistent variables and the summary;
-// false when the output cannot be opened.
-bool writeOutput(ZMFDriverOptions& options, unsigned threadsUsed);
+// false when the output cannot be opened. The output is named (nameOutput).
+bool writeOutput(const ZMFDriverOptions& options, unsigned threadsUsed);
 // The output file's name when neither the command line nor the query named
 // one; known before the run, so that the games can be spooled beside it.
 void nameOutput(ZMFDriverOptions& options);

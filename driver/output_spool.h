@@ -19,9 +19,7 @@
 #include <condition_variable>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
 #include <mutex>
-#include <optional>
 #include <ostream>
 #include <vector>
 

@@ -62,19 +62,12 @@ std::string outputToReplace(const ZMFDriverOptions& options) {
     return options.outputFile;
 }
 
-bool writeOutput(ZMFDriverOptions& options, unsigned threadsUsed) {
-    std::cout << std::flush;
-    nameOutput(options);
+namespace {
+
+// Opens the output and copies the spooled games into it; false, with the
+// message printed, when it cannot.
+bool copyOutput(const ZMFDriverOptions& options) {
     const bool toStdout = options.outputFile == "stdout";
-    // Games in input order are already in a file beside the output: a
-    // rename puts them in place. Otherwise they are copied.
-    const std::string replaced = outputToReplace(options);
-    if (!replaced.empty() && outputSpool().becomeFile(replaced)) {
-        printPersistentVariables(options);
-        std::cout << std::flush;
-        printSummary(options, threadsUsed);
-        return true;
-    }
     std::ofstream file;
     if (!toStdout) {
         file.open(options.outputFile,
@@ -93,6 +86,18 @@ bool writeOutput(ZMFDriverOptions& options, unsigned threadsUsed) {
         std::cout << "Failed to write output file '" << options.outputFile << "': " << error << "\n" << std::flush;
         return false;
     }
+    return true;
+}
+
+}  // namespace
+
+bool writeOutput(const ZMFDriverOptions& options, unsigned threadsUsed) {
+    std::cout << std::flush;
+    // Games in input order are already in a file beside the output: a
+    // rename puts them in place. Otherwise they are copied.
+    const std::string replaced = outputToReplace(options);
+    const bool renamed = !replaced.empty() && outputSpool().becomeFile(replaced);
+    if (!renamed && !copyOutput(options)) return false;
     printPersistentVariables(options);
     std::cout << std::flush;
     printSummary(options, threadsUsed);
